@@ -1,0 +1,18 @@
+# Warnings, hardening and sanitizers for everything that is built here.
+add_library(ombe_options INTERFACE)
+
+target_compile_options(ombe_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wcast-qual -Wformat=2
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wundef -Wdouble-promotion
+  -Wnull-dereference -Werror)
+
+target_compile_options(ombe_options INTERFACE -fstack-protector-strong)
+target_link_options(ombe_options INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,--as-needed)
+
+if(OMBE_SANITIZE)
+  target_compile_options(ombe_options INTERFACE
+    -fsanitize=${OMBE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(ombe_options INTERFACE -fsanitize=${OMBE_SANITIZE})
+elseif(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+  target_compile_options(ombe_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+endif()
