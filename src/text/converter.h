@@ -1,0 +1,27 @@
+// Conversions between code pages and UTF-16, and from a code page to UTF-8. Each call opens and
+// closes its own converters; any thread. `library` null means the process-wide binding, which is
+// only made when there is something to convert.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "text/ucnv_library.h"
+
+namespace Ombe {
+
+/// True with a block from array new in `*buffer`, which the caller frees with delete[]; it holds
+/// `*units` units and a terminating 0. What cannot be converted is replaced or ends the result, as
+/// the converter has it. False when an argument is missing, empty or 0 (outputs untouched), and,
+/// with null and 0 in the outputs, when there is no such converter or memory is short.
+bool toUtf16(const char* name, const unsigned char* bytes, std::uint32_t length, char16_t** buffer,
+             std::size_t* units, const KMDSOLD::UCNVLibrary* library = nullptr);
+bool fromUtf16(const char* name, const char16_t* units, std::size_t count, char** buffer,
+               std::size_t* bytes, const KMDSOLD::UCNVLibrary* library = nullptr);
+
+/// The text as UTF-8; empty on any failure, shortage of memory included.
+std::string convertToUtf8(const char* name, const unsigned char* bytes, std::uint32_t length,
+                          const KMDSOLD::UCNVLibrary* library = nullptr);
+
+}  // namespace Ombe
