@@ -1,0 +1,110 @@
+#include "text/converter.h"
+
+#include <limits>
+#include <memory>
+#include <new>
+#include <stdexcept>
+
+namespace Ombe {
+namespace {
+
+using KMDSOLD::UCNVLibrary;
+
+struct ConverterCloser {
+  const UCNVLibrary* library;
+  void operator()(UConverter* converter) const { library->close(converter); }
+};
+using ConverterHandle = std::unique_ptr<UConverter, ConverterCloser>;
+
+bool isMissing(const char* name) { return name == nullptr || *name == '\0'; }
+
+/// Most units that one unit of input becomes.
+constexpr std::size_t kGrowth = 4;
+
+/// Room for `count` converted units and a terminator, uninitialised; null when there is none.
+template <typename Unit>
+std::unique_ptr<Unit[]> allocateWorstCase(std::size_t count) {
+  constexpr std::size_t kMostUnits = std::numeric_limits<std::ptrdiff_t>::max() / sizeof(Unit);
+  if (count > (kMostUnits - 1) / kGrowth) return nullptr;
+  return std::unique_ptr<Unit[]>(new (std::nothrow) Unit[count * kGrowth + 1]);
+}
+
+/// What both directions have in common; `convert` runs the conversion proper, which moves the given
+/// target to where it stopped. An error that it meets is not looked at: what was written counts.
+template <typename Unit, typename Convert>
+bool convertInto(const UCNVLibrary& library, const char* name, std::size_t count, Unit** buffer,
+                 std::size_t* written, Convert convert) {
+  *buffer = nullptr;
+  *written = 0;
+  std::unique_ptr<Unit[]> block = allocateWorstCase<Unit>(count);
+  if (block == nullptr) return false;
+  UErrorCode error = U_ZERO_ERROR;
+  const ConverterHandle converter(library.open(name, &error), {&library});
+  if (converter == nullptr || U_FAILURE(error)) return false;
+  Unit* target = block.get();
+  convert(converter.get(), &target, block.get() + count * kGrowth, &error);
+  *target = Unit{};
+  *written = static_cast<std::size_t>(target - block.get());
+  *buffer = block.release();
+  return true;
+}
+
+const UCNVLibrary& bindingOrDefault(const UCNVLibrary* library) {
+  return library == nullptr ? UCNVLibrary::instance() : *library;
+}
+
+std::string convertThroughUtf16(const char* name, const unsigned char* bytes, std::uint32_t length,
+                                const UCNVLibrary* library) {
+  char16_t* units = nullptr;
+  std::size_t unitCount = 0;
+  if (!toUtf16(name, bytes, length, &units, &unitCount, library)) return {};
+  const std::unique_ptr<char16_t[]> unitOwner(units);
+  char* text = nullptr;
+  std::size_t textLength = 0;
+  if (!fromUtf16("utf8", units, unitCount, &text, &textLength, library)) return {};
+  const std::unique_ptr<char[]> textOwner(text);
+  return {text, textLength};
+}
+
+}  // namespace
+
+bool toUtf16(const char* name, const unsigned char* bytes, std::uint32_t length, char16_t** buffer,
+             std::size_t* units, const UCNVLibrary* library) {
+  if (isMissing(name) || bytes == nullptr || length == 0) return false;
+  if (buffer == nullptr || units == nullptr) return false;
+  const UCNVLibrary& binding = bindingOrDefault(library);
+  const auto convert = [&](UConverter* converter, char16_t** target, const char16_t* targetLimit,
+                           UErrorCode* error) {
+    const auto* source = reinterpret_cast<const char*>(bytes);
+    binding.toUnicode(converter, target, targetLimit, &source, source + length, nullptr, true,
+                      error);
+  };
+  return convertInto(binding, name, length, buffer, units, convert);
+}
+
+bool fromUtf16(const char* name, const char16_t* units, std::size_t count, char** buffer,
+               std::size_t* bytes, const UCNVLibrary* library) {
+  if (isMissing(name) || units == nullptr || count == 0) return false;
+  if (buffer == nullptr || bytes == nullptr) return false;
+  const UCNVLibrary& binding = bindingOrDefault(library);
+  const auto convert = [&](UConverter* converter, char** target, const char* targetLimit,
+                           UErrorCode* error) {
+    const char16_t* source = units;
+    binding.fromUnicode(converter, target, targetLimit, &source, units + count, nullptr, true,
+                        error);
+  };
+  return convertInto(binding, name, count, buffer, bytes, convert);
+}
+
+std::string convertToUtf8(const char* name, const unsigned char* bytes, std::uint32_t length,
+                          const UCNVLibrary* library) {
+  try {
+    return convertThroughUtf16(name, bytes, length, library);
+  } catch (const std::bad_alloc&) {
+    return {};
+  } catch (const std::length_error&) {
+    return {};
+  }
+}
+
+}  // namespace Ombe
