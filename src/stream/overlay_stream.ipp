@@ -1,0 +1,171 @@
+// Bodies of OverlayStream; included where a format's container is instantiated.
+#pragma once
+
+#include <algorithm>
+#include <cstring>
+
+#include "ombe_core/logger.h"
+#include "stream/due_time.h"
+#include "stream/entry_search.h"
+#include "stream/overlay_stream.h"
+
+namespace Ombe {
+
+template <typename Format>
+SubtitleParserTemplate<Format>::OverlayStream::OverlayStream(SubtitleParserTemplate& parser,
+                                                             UID streamId, const EntryList& list,
+                                                             const ByteString& streamName,
+                                                             const String& streamLanguage,
+                                                             const String& streamRegion)
+    : StreamInterface(parser.getContainerUID(), streamId, nullptr),
+      container(&parser),
+      name(streamName),
+      language(streamLanguage),
+      region(streamRegion),
+      entries(list) {
+  this->setStreamUID(streamId);
+  parser.defaultCodePage(format.name);
+  StreamInterface::setReadSpeed(1000);
+  imageProperties.setFrameSize(640, 480);
+}
+
+template <typename Format>
+SubtitleParserTemplate<Format>::OverlayStream::~OverlayStream() = default;
+
+template <typename Format>
+bool SubtitleParserTemplate<Format>::OverlayStream::getStreamInfo(ByteString* nameOut,
+                                                                  String* languageOut,
+                                                                  String* regionOut) {
+  const auto give = [](const auto& stored, auto* out) {
+    if (out == nullptr || stored.empty()) return false;
+    *out = stored;
+    return true;
+  };
+  const bool gaveName = give(name, nameOut);
+  const bool gaveLanguage = give(language, languageOut);
+  const bool gaveRegion = give(region, regionOut);
+  return gaveName || gaveLanguage || gaveRegion;
+}
+
+template <typename Format>
+Status SubtitleParserTemplate<Format>::OverlayStream::setTimeSource(TimeSource* clock) {
+  const Lock lock(owner().mutex);
+  if (clock == nullptr) return kNothingDue;
+  timeSource = clock;
+  return kSuccess;
+}
+
+template <typename Format>
+Status SubtitleParserTemplate<Format>::OverlayStream::resetStream() {
+  const Lock lock(owner().mutex);
+  index = forward() ? 0 : entries.count() - 1;
+  return kSuccess;
+}
+
+template <typename Format>
+Status SubtitleParserTemplate<Format>::OverlayStream::getNextChunkTime(std::uint32_t /*reserved*/,
+                                                                       std::uint32_t time,
+                                                                       std::uint32_t* out) {
+  const Lock lock(owner().mutex);
+  if (out == nullptr) return kGeneralFailure;
+  if (entries.empty()) {
+    *out = time;
+    return kSuccess;
+  }
+  if (this->readSpeed() == 0) return kGeneralFailure;
+  *out = forward() ? nextTimeForward(entries, time) : nextTimeBackward(entries, time);
+  return kSuccess;
+}
+
+template <typename Format>
+Status SubtitleParserTemplate<Format>::OverlayStream::seekStream(std::uint32_t time,
+                                                                 std::uint32_t* out,
+                                                                 bool /*flag*/) {
+  const Lock lock(owner().mutex);
+  if (entries.empty()) {
+    if (out != nullptr) *out = time;
+    return kSuccess;
+  }
+  if (this->readSpeed() == 0) return kGeneralFailure;
+  const SeekTarget target = forward() ? seekForward(entries, time) : seekBackward(entries, time);
+  index = target.index;
+  if (out != nullptr) *out = target.time;
+  logSeek();
+  return kSuccess;
+}
+
+template <typename Format>
+void SubtitleParserTemplate<Format>::OverlayStream::logSeek() const {
+  if (entries.holds(index)) {
+    Logger::instance().log("Container", "seekStream", 723, "Subtitle Stream: seeked to %d",
+                           static_cast<int>(entries[index].timestamp));
+  } else {
+    Logger::instance().log("Container", "seekStream", 725, "Subtitle Stream: seeked to %s",
+                           forward() ? "end" : "beginning");
+  }
+}
+
+/// The entry to deliver next, or null at the end of the direction, on a pause and whenever the
+/// index, left over from the other direction, lies outside the list.
+template <typename Format>
+MediaChunk* SubtitleParserTemplate<Format>::OverlayStream::currentEntry() const {
+  return this->readSpeed() != 0 && entries.holds(index) ? &entries[index] : nullptr;
+}
+
+/// A new chunk with the entry's text in UTF-8 (or, where that cannot be had, as it is stored).
+template <typename Format>
+OwnedChunk SubtitleParserTemplate<Format>::OverlayStream::copyEntry(MediaChunk& entry) const {
+  const ChunkAccess access(entry);
+  ByteString converted;
+  const bool isConverted = owner().convertEntryText(access.bytes(), entry.bufferSize(), converted);
+  const unsigned char* text = isConverted ? converted.data() : access.bytes();
+  const std::uint32_t length = isConverted ? converted.length() : entry.bufferSize();
+  std::unique_ptr<unsigned char[]> copy(new unsigned char[length]);
+  if (length != 0) std::memcpy(copy.get(), text, length);
+  return createTextChunk(*owner().allocator, std::move(copy), length);
+}
+
+template <typename Format>
+Status SubtitleParserTemplate<Format>::OverlayStream::readStream(MediaChunk** out) {
+  const Lock lock(owner().mutex);
+  if (out == nullptr) return kGeneralFailure;
+  *out = nullptr;
+  if (timeSource == nullptr) return kNothingDue;
+  const std::int32_t now = timeSource->currentTime();
+  if (now < 0) return kNothingDue;
+  MediaChunk* entry = currentEntry();
+  if (entry == nullptr) return kSuccess;
+  const std::int32_t offset = owner().mediaTimeOffset();
+  if (!isDue(shiftedTime(entry->timestamp, offset), now)) return kNothingDue;
+
+  OwnedChunk chunk = copyEntry(*entry);
+  chunk->timestamp = shiftedTime(entry->timestamp, offset);
+  chunk->duration = entry->duration;
+  // Logged before the position moves: should the log fail for want of memory, nothing has happened.
+  Logger::instance().log("Subtitle", "readStream", 795,
+                         "PARSED(Sub=%i): timestamp=%d duration=%d mediatime=%d",
+                         this->streamNumber(), static_cast<int>(chunk->timestamp),
+                         static_cast<int>(chunk->duration), timeSource->currentTime());
+  index += forward() ? 1 : -1;
+  this->lastChunkTime = endTime(*chunk);
+  *out = chunk.release();
+  return kSuccess;
+}
+
+template <typename Format>
+bool SubtitleParserTemplate<Format>::OverlayStream::setReadSpeed(std::int32_t speed) {
+  const Lock lock(owner().mutex);
+  if (speed == this->readSpeed()) return true;
+  if (!entries.empty()) {
+    const MediaChunk& entry = entries[std::clamp(index, 0, entries.count() - 1)];
+    seekStream(speed < 0 ? endTime(entry) : entry.timestamp, nullptr, true);
+  }
+  return StreamInterface::setReadSpeed(speed);
+}
+
+template <typename Format>
+bool SubtitleParserTemplate<Format>::OverlayStream::reservedSlot24(std::uint32_t argument) {
+  return owner().reservedSlot21(static_cast<std::int32_t>(argument));
+}
+
+}  // namespace Ombe
