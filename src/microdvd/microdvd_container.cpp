@@ -1,0 +1,63 @@
+#include "microdvd/microdvd_container.h"
+
+#include <cstring>
+#include <iterator>
+
+#include "container/program.ipp"
+#include "container/subtitle_parser_template.ipp"
+#include "stream/overlay_stream.ipp"
+#include "stream/stream_registry.ipp"
+
+namespace Ombe {
+
+template class SubtitleParserTemplate<MicroDVDContainer>;
+
+void MicroDVDContainer::reservedSlot4(std::int32_t /*argument*/) {}
+
+Status MicroDVDContainer::reservedSlot6(std::int32_t /*argument*/) { return kGeneralFailure; }
+
+void MicroDVDContainer::defaultCodePage(char* buffer) { std::memcpy(buffer, "UTF8", 5); }
+
+std::uint32_t MicroDVDContainer::mediaTypeCount() {
+  return static_cast<std::uint32_t>(mediaTypeRanks.size());
+}
+
+ByteString MicroDVDContainer::mediaTypeAt(std::uint32_t index) {
+  if (index >= mediaTypeRanks.size()) return {};
+  return std::next(mediaTypeRanks.begin(), static_cast<std::ptrdiff_t>(index))->first;
+}
+
+std::int32_t MicroDVDContainer::mediaTypeRankAt(std::uint32_t index) {
+  if (index >= mediaTypeRanks.size()) return 0;
+  return std::next(mediaTypeRanks.begin(), static_cast<std::ptrdiff_t>(index))->second;
+}
+
+std::int32_t MicroDVDContainer::findMediaTypeRank(const ByteString& name) {
+  const auto found = mediaTypeRanks.find(name);
+  return found == mediaTypeRanks.end() ? -1 : found->second;
+}
+
+void MicroDVDContainer::settingChanged(const Setting& setting, const SettingValue* value) {
+  const Lock lock(mutex);
+  if (value != nullptr && setting == frameRateSetting()) {
+    if (const auto wanted = value->asRatio()) changeFrameRate(*wanted);
+  }
+  SubtitleParserTemplate::settingChanged(setting, value);
+}
+
+/// The entries keep no frame numbers: their times are rescaled from the old rate to the new one. A
+/// ratio with a zero part means the file's own rate, or else the default.
+void MicroDVDContainer::changeFrameRate(Ratio wanted) {
+  FrameRate rate{wanted.numerator, wanted.denominator};
+  if (!rate.isSet()) rate = {fileFrameRateNumerator, fileFrameRateDenominator};
+  if (!rate.isSet()) rate = kDefaultFrameRate;
+  const FrameRate old{frameRateNumerator, frameRateDenominator};
+  frameRateNumerator = rate.numerator;
+  frameRateDenominator = rate.denominator;
+  if (!old.isSet()) return;  // nothing was timed with it
+  const double inverse =
+      static_cast<double>(rate.denominator) / static_cast<double>(rate.numerator);
+  scaleTimes(old.perSecond() * inverse);
+}
+
+}  // namespace Ombe

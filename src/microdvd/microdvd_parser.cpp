@@ -1,0 +1,86 @@
+#include "microdvd/microdvd_parser.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "microdvd/style_codes.h"
+#include "microdvd/text_tokenizer.h"
+#include "ombe_core/logger.h"
+#include "stream/text_chunk.h"
+
+namespace Ombe {
+namespace {
+
+constexpr std::size_t kHeaderLimit = 100;  // a header text is shorter than this, in bytes
+
+/// The final text with a NUL behind it, for the log; the chunk's size does not count the NUL.
+OwnedChunk createEntry(IBufferAllocator& allocator, const StyledText& text) {
+  const auto size = static_cast<std::uint32_t>(text.size());
+  std::unique_ptr<unsigned char[]> copy(new unsigned char[std::size_t{size} + 1]);
+  text.copyTo(reinterpret_cast<char*>(copy.get()));
+  copy[size] = 0;
+  return createTextChunk(allocator, std::move(copy), size);
+}
+
+void logEntry(MediaChunk& entry) {
+  const ChunkAccess access(entry);
+  Logger::instance().log("Container", "open", 422, "got subtitle start: %d duration: %d '%s'",
+                         static_cast<int>(entry.timestamp), static_cast<int>(entry.duration),
+                         reinterpret_cast<const char*>(access.bytes()));
+}
+
+}  // namespace
+
+MicroDVDParser::MicroDVDParser(IBufferAllocator& allocator, FrameRate rate, HeaderObserver onHeader)
+    : allocator_(allocator), rate_(rate), onHeader_(std::move(onHeader)) {}
+
+MicroDVDParser::~MicroDVDParser() {
+  for (MediaChunk* entry : entries_) allocator_.deleteChunk(entry);
+}
+
+bool MicroDVDParser::parse(char* text) {
+  TextTokenizer lines(text);
+  std::uint32_t reported = 0;
+  while (const char* line = lines.nextToken("\r\n", &reported)) {
+    if (!buffer_.makeRoom(reported) || !parseLine(line)) return false;
+  }
+  return true;
+}
+
+bool MicroDVDParser::parseLine(const char* line) {
+  const ScannedLine scanned = scanLine(line);
+  if (scanned.count == 2) return true;  // no text, nothing to show
+  if (scanned.count != 3) return false;
+  const std::string_view original(scanned.text, scanned.textLength);
+  char* text = buffer_.hold(original);
+  if (takeHeader(scanned, text)) return true;
+  if (!rate_.isSet()) rate_ = kDefaultFrameRate;
+  std::replace(text, text + original.size(), '|', '\n');
+  addEntry(scanned, {text, original.size()});
+  return true;
+}
+
+/// Whether the line is a header, which makes no entry even when no rate could be read from it.
+bool MicroDVDParser::takeHeader(const ScannedLine& line, char* text) {
+  const bool mayBeHeader = !rate_.isSet() && line.firstFrame == 1 && line.lastFrame == 1 &&
+                           line.textLength < kHeaderLimit;
+  if (!mayBeHeader) return false;
+  const HeaderReading reading = readHeader(text);
+  if (reading.rate) {
+    rate_ = *reading.rate;
+    onHeader_(rate_);
+  }
+  return reading.isHeader;
+}
+
+void MicroDVDParser::addEntry(const ScannedLine& line, std::string_view text) {
+  OwnedChunk entry = createEntry(allocator_, translateStyleCodes(text));
+  entry->timestamp = frameToMilliseconds(line.firstFrame, rate_);
+  entry->duration = frameToMilliseconds(line.lastFrame, rate_) - entry->timestamp;
+  logEntry(*entry);
+  entries_.append(entry.get());
+  entry.release();
+}
+
+}  // namespace Ombe
