@@ -7,13 +7,13 @@
 
 namespace Ombe {
 
-/// 20 bytes on every platform. Text formats carry the words 20, 4 and 0.
+/// 20 bytes on every platform.
 struct FormatRequirement {
   char name[8];  ///< NUL-padded
   std::uint32_t words[3];
 
-  static constexpr std::uint32_t kWord0 = 20;
-  static constexpr std::uint32_t kWord1 = 4;
+  /// A text format that is still without a name.
+  static constexpr FormatRequirement text() { return {{}, {20, 4, 0}}; }
 };
 
 static_assert(sizeof(FormatRequirement) == 20 && offsetof(FormatRequirement, words) == 8);
