@@ -10,7 +10,8 @@ namespace Ombe {
 class OMBE_API ImageProperties {
  public:
   ImageProperties();
-  ~ImageProperties();
+  // Exported, hence neither inline nor trivial.
+  ~ImageProperties();  // NOLINT(performance-trivially-destructible)
   ImageProperties(const ImageProperties&) = delete;
   ImageProperties& operator=(const ImageProperties&) = delete;
 
