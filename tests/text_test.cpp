@@ -223,6 +223,7 @@ TEST(Conversion, BindsTheLibraryOnceForAllThreads) {
   std::vector<const UCNVLibrary*> bindings(8);
   {
     std::vector<std::jthread> threads;
+    threads.reserve(bindings.size());
     for (auto& binding : bindings) {
       threads.emplace_back([&] {
         EXPECT_EQ(convertToUtf8("CP1252", bytesOf(many), sizeOf(many)).size(), 3 * many.size());
@@ -251,7 +252,7 @@ TEST(MemoryBufferTest, HasABlockExactlyWhenItsSizeIsNotZero) {
 
 /// A file in a directory of its own, and the log records written meanwhile.
 class Reading : public testing::Test {
- protected:
+ public:
   Reading() {
     std::string pattern = std::filesystem::temp_directory_path() / "ombe-text-XXXXXX";
     directory = ::mkdtemp(pattern.data());

@@ -39,7 +39,7 @@ Status uriToFilePath(const ByteString& uri, ByteString& out) {
   const std::string path = url->path();
   if (path.empty()) return kNotALocalFile;
   // The parser takes what it does not understand behind a host ("//host:x/y") for a path.
-  if (url->has_authority() && path.front() != '/') return kNotALocalFile;
+  if (!url->encoded_authority().empty() && path.front() != '/') return kNotALocalFile;
   out = toByteString(path);
   return kSuccess;
 }
