@@ -1,0 +1,16 @@
+// The commands of the program, one file each.
+#pragma once
+
+#include "host/failure.h"
+
+namespace Ombe {
+
+struct Options;
+
+/// Each writes its data to standard output or where the options say, and its messages to standard
+/// error. Throws Failure where it cannot go on.
+ExitCode runProbe(const Options& options);
+ExitCode runInfo(const Options& options);
+ExitCode runExport(const Options& options);
+
+}  // namespace Ombe

@@ -1,0 +1,36 @@
+#include "host/commands/commands.h"
+#include "host/messages.h"
+#include "host/options.h"
+#include "host/output_file.h"
+#include "host/session.h"
+
+namespace Ombe {
+namespace {
+
+/// A session of its own for every file: a code page found in one must not be used for the next.
+bool isRecognised(const std::string& file, const SessionOptions& options) {
+  Session session(options);
+  try {
+    return session.probe(file);
+  } catch (const Failure& failure) {
+    reportError(failure.what());
+    return false;
+  }
+}
+
+}  // namespace
+
+ExitCode runProbe(const Options& options) {
+  ExitCode code = ExitCode::kDone;
+  OutputFile output("-");
+  for (const std::string& file : options.files) {
+    const bool recognised = isRecognised(file, options.session);
+    output.buffer().append(file).append(recognised ? ": MicroDVD\n" : ": not recognised\n");
+    output.drain();
+    if (!recognised) code = ExitCode::kRefused;
+  }
+  output.commit();
+  return code;
+}
+
+}  // namespace Ombe

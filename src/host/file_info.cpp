@@ -1,0 +1,86 @@
+#include "host/file_info.h"
+
+#include <cstring>
+
+#include "host/session.h"
+#include "host/settings.h"
+#include "ombe_core/component_identifiers.h"
+#include "ombe_core/subtitle_control_interface.h"
+
+namespace Ombe {
+namespace {
+
+constexpr const char* kIdentifiers[] = {
+    kContainerInterfaceId, kComponentInterfaceId,    kInputComponentId,
+    kInputInterfaceId,     kSingleOutputComponentId, kMultipleOutputComponentId,
+    kOutputComponentId,    kOutputInterfaceId,       kSubtitleControlInterfaceId,
+};
+
+template <typename T>
+std::string text(const kelm_string<T>& string) {
+  return std::string(view(string));
+}
+
+StreamDescription describeStream(StreamInterface& stream) {
+  ByteString name;
+  String language;
+  String region;
+  stream.getStreamInfo(&name, &language, &region);
+  StreamDescription result{stream.streamUID(), text(name), text(language), text(region), {}, false};
+  if (const FormatRequirement* format = stream.getFormat(); format != nullptr) {
+    result.format.assign(format->name, ::strnlen(format->name, sizeof format->name));
+  }
+  return result;
+}
+
+void describeSettings(HostController& settings, FileInfo& info) {
+  SettingValue value;
+  if (settings.getValue(frameRateSetting(), value)) info.frameRate = value.asRatio();
+  if (settings.getValue(codePageSetting(), value) && value.asString() != nullptr) {
+    info.codePage = text(*value.asString());
+  }
+  if (settings.getValue(autodetectedSetting(), value)) info.autodetected = value.asBoolean();
+}
+
+}  // namespace
+
+PluginDescription describePlugin(Session& session) {
+  PluginDescription result{session.library().path(), 0, {}, {}};
+  if (const PluginInfo* info = session.plugin().getPluginInfo(); info != nullptr) {
+    result.engineVersion = info->engineVersion;
+  }
+  for (const char* identifier : kIdentifiers) {
+    void* found = nullptr;
+    if (session.plugin().getInterface(identifier, &found) == kSuccess) {
+      result.interfaces.emplace_back(identifier);
+    }
+  }
+  ContainerInterface& container = session.container();
+  for (std::uint32_t i = 0; i < container.mediaTypeCount(); ++i) {
+    result.mediaTypes.emplace_back(text(container.mediaTypeAt(i)), container.mediaTypeRankAt(i));
+  }
+  return result;
+}
+
+FileInfo describeFile(Session& session) {
+  FileInfo info{};
+  ContainerInterface& container = session.container();
+  const UIDList programs = container.getProgramUIDs();
+  info.program = programs.head()->value;
+  info.programName = text(container.getProgramName(info.program));
+  for (const auto& [uid, stream] : session.host().streams()) {
+    info.streams.push_back(describeStream(*stream));
+    info.streams.back().selected = stream.get() == &session.stream();
+  }
+  std::uint64_t size = 0;
+  if (container.getFileSize(&size) == kSuccess) info.size = size;
+  describeSettings(session.controller(), info);
+  session.readToEnd([&info](const Chunk& chunk) {
+    ++info.subtitles;
+    if (!info.firstTime) info.firstTime = chunk.timestamp();
+    info.lastTime = chunk.timestamp() + chunk.duration();
+  });
+  return info;
+}
+
+}  // namespace Ombe

@@ -1,0 +1,37 @@
+// What the command line asked for.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/failure.h"
+#include "host/session.h"
+
+namespace CLI {
+class App;
+}
+
+namespace Ombe {
+
+struct Options {
+  SessionOptions session;
+  bool log = false;
+  std::vector<std::string> files;
+  std::string format = "srt";
+  std::string output = "-";
+  bool json = false;
+  /// The command, once one was named.
+  ExitCode (*run)(const Options&) = nullptr;
+};
+
+/// The whole command line, to be parsed into `options`, which must outlive it. Help is made from
+/// it, and so can be whatever else describes it.
+std::unique_ptr<CLI::App> makeCommandLine(Options& options);
+
+/// Fills in the options; an exit code when that ends the run: after help and version, and after a
+/// message on wrong usage.
+std::optional<ExitCode> parseCommandLine(int argc, char** argv, Options& options);
+
+}  // namespace Ombe

@@ -1,0 +1,88 @@
+#include "host/output_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+#include "host/failure.h"
+
+namespace Ombe {
+namespace fs = std::filesystem;
+
+OutputFile::OutputFile(const std::string& path) : path_(path), target_(path) {
+  buffer_.reserve(kWriteSize + kWriteSize / 4);
+  struct stat existing {};
+  if (path == "-") {
+    path_ = "standard output";
+    descriptor_ = STDOUT_FILENO;
+  } else if (::stat(path.c_str(), &existing) != 0) {
+    openTemporary();
+  } else if (!S_ISREG(existing.st_mode)) {
+    descriptor_ = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+    if (descriptor_ < 0) fail(errno);
+  } else {
+    // A file that may not be written is not to be replaced either, nor a link to one.
+    if (::access(path.c_str(), W_OK) != 0) fail(errno);
+    std::error_code error;
+    target_ = fs::canonical(path, error).string();
+    if (error) fail(error.value());
+    openTemporary();
+    if (::fchmod(descriptor_, existing.st_mode & 07777U) != 0) fail(errno);
+  }
+}
+
+OutputFile::~OutputFile() {
+  if (descriptor_ >= 0 && descriptor_ != STDOUT_FILENO) ::close(descriptor_);
+  if (!temporary_.empty()) ::unlink(temporary_.c_str());
+}
+
+void OutputFile::commit() {
+  flush();
+  close();
+  if (temporary_.empty()) return;
+  if (std::rename(temporary_.c_str(), target_.c_str()) != 0) fail(errno);
+  temporary_.clear();
+  guard_.reset();
+}
+
+void OutputFile::openTemporary() {
+  static std::atomic<unsigned> count{0};
+  const fs::path folder = fs::path(target_).parent_path();
+  do {
+    const std::string name = ".ombe-" + std::to_string(::getpid()) + "-" + std::to_string(++count);
+    const std::string path = (folder / name).string();
+    guard_ = std::make_unique<TemporaryFileGuard>(path);
+    descriptor_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (descriptor_ >= 0) temporary_ = path;
+  } while (descriptor_ < 0 && errno == EEXIST);
+  if (descriptor_ < 0) fail(errno);
+}
+
+void OutputFile::flush() {
+  std::size_t done = 0;
+  while (done < buffer_.size()) {
+    const ssize_t written = ::write(descriptor_, buffer_.data() + done, buffer_.size() - done);
+    if (written < 0 && errno != EINTR) fail(errno);
+    if (written > 0) done += static_cast<std::size_t>(written);
+  }
+  buffer_.clear();
+}
+
+void OutputFile::close() {
+  if (descriptor_ == STDOUT_FILENO) return;
+  const int descriptor = descriptor_;
+  descriptor_ = -1;
+  if (::close(descriptor) != 0) fail(errno);
+}
+
+void OutputFile::fail(int error) const {
+  throw Failure(path_, "cannot be written: " + std::generic_category().message(error));
+}
+
+}  // namespace Ombe

@@ -1,0 +1,48 @@
+// Where a command's data goes.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "host/temporary_files.h"
+
+namespace Ombe {
+
+/// Takes a command's data in big writes. A regular file is written under a temporary name beside it
+/// and takes its place in `commit`, so that it is there whole or as it was before; a device or pipe
+/// that exists is written straight, and so is standard output ("-"). Every failure is thrown as a
+/// Failure that names the output. One thread at a time.
+class OutputFile {
+ public:
+  explicit OutputFile(const std::string& path);
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  /// Without `commit` the temporary is removed and nothing has changed.
+  ~OutputFile();
+
+  /// Append here, then call `drain`: it writes what has gathered once that is worth a write.
+  [[nodiscard]] std::string& buffer() { return buffer_; }
+  void drain() {
+    if (buffer_.size() >= kWriteSize) flush();
+  }
+
+  /// Writes the rest and puts the file in its place. Last call.
+  void commit();
+
+ private:
+  static constexpr std::size_t kWriteSize = std::size_t{1} << 20;
+
+  void openTemporary();
+  void flush();
+  void close();
+  [[noreturn]] void fail(int error) const;
+
+  std::string path_;    // as given, for messages
+  std::string target_;  // behind links; of a file that gets replaced
+  std::string temporary_;
+  std::unique_ptr<TemporaryFileGuard> guard_;
+  std::string buffer_;
+  int descriptor_ = -1;
+};
+
+}  // namespace Ombe

@@ -1,0 +1,30 @@
+#include "host/source.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+#include "host/failure.h"
+#include "host/utf8_scan.h"
+
+namespace Ombe {
+namespace fs = std::filesystem;
+
+std::string sourceUri(const std::string& file) { return "file://" + fs::absolute(file).string(); }
+
+void requireReadable(const std::string& file) {
+  std::error_code error;
+  if (::access(file.c_str(), R_OK) != 0) {
+    error.assign(errno, std::generic_category());
+  } else if (fs::is_directory(file, error)) {
+    error = std::make_error_code(std::errc::is_a_directory);
+  }
+  if (error) throw Failure(file, "cannot be read: " + error.message());
+  if (!isUtf8(fs::absolute(file).string())) {
+    throw Failure(file, "its path is not UTF-8, so no URI can name it: rename the file or folder");
+  }
+}
+
+}  // namespace Ombe
