@@ -69,7 +69,7 @@ class SettingValue {
   };
 
   Tag tag_ = Tag::kNone;
-  std::uint8_t reserved_[7] = {};
+  [[maybe_unused]] std::uint8_t reserved_[7] = {};
   Payload payload_ = {};
 
   friend struct SettingValueLayout;
