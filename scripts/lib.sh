@@ -79,10 +79,12 @@ lock_build() {
 step() {
   local what=$1 status results
   shift
-  exec {results}< <("$@" >"$root/build/build.log" 2>&1 9>&- </dev/null; echo $?)
+  exec {results}< <(
+    "$@" >"$root/build/build.log" 2>&1 9>&- </dev/null && echo 0 || echo failed
+  )
   if ! read -r -t 1 -u "$results" status; then
     say "$what (log: build/build.log)"
-    read -r -u "$results" status
+    read -r -u "$results" status || status=killed
   fi
   exec {results}<&-
   [ "$status" != 0 ] || return 0
