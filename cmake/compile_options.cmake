@@ -4,7 +4,7 @@ add_library(ombe_options INTERFACE)
 target_compile_options(ombe_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wcast-qual -Wformat=2
   -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wundef -Wdouble-promotion
-  -Wnull-dereference -Werror
+  -Werror
   # g++ 12 takes joining a literal and a std::string for an overlapping copy.
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 

@@ -1,0 +1,210 @@
+// The pure functions of the MicroDVD format.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "container/stream_choice.h"
+#include "microdvd/frame_rate.h"
+#include "microdvd/line_scan.h"
+#include "microdvd/style_codes.h"
+#include "microdvd/text_tokenizer.h"
+#include "ombe_core/string_tools.h"
+
+namespace Ombe {
+namespace {
+
+TEST(StyleCodes, TurnOneMarkerAtTheStartIntoTags) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", ""},
+      {"Hello", "Hello"},
+      {"/Hello", "<i>Hello</i>"},
+      {"\\Hello", "<i>Hello</i>"},
+      {"/", "<i></i>"},
+      {"//x", "<i>/x</i>"},
+      {"/One\n/Two", "<i>One\n/Two</i>"},
+      {"/{y:b}x", "<i>{y:b}x</i>"},
+      {"{y:i}Hello", "<i>Hello</i>"},
+      {"{Y:I}Hello", "<i>Hello</i>"},
+      {"{y:b}Hello", "<b>Hello</B>"},
+      {"{Y:B}Hello", "<b>Hello</B>"},
+      {"{y:ib}Text", "<b><i>Text</i></B>"},
+      {"{y:bi}Text", "<i><b>Text</B></i>"},
+      {"{y:ii}Text", "<i><i>Text</i></i>"},
+      {"{y:bb}Text", "<b><b>Text</B></B>"},
+      {"{y:ub}Text", "<b>Text</B>"},
+      {"{y:u}Hello", "Hello"},
+      {"{y:}Hello", "Hello"},
+      {"{y:i}", "<i></i>"},
+      {"{y:}", ""},
+      {"{y:ibu}Hello", "{y:ibu}Hello"},
+      {"{y:i", "{y:i"},
+      {"{y:i} Hello", "<i> Hello</i>"},
+      {"{c:$0000FF}Blue", "<font color=\"#0000FF\">Blue</font>"},
+      {"{C:#ff8800}x", "<font color=\"#ff8800\">x</font>"},
+      {"{c:$zz<\"!?}x", "<font color=\"#zz<\"!?\">x</font>"},
+      {"{c:$0000FF}", "<font color=\"#0000FF\"></font>"},
+      {"{c:$FFF}x", "{c:$FFF}x"},
+      {"{c:$FFF}x12}y", "{c:$FFF}x12}y"},
+      {"{c:$0000FFF}x", "{c:$0000FFF}x"},
+      {"{c:0000FF}x", "{c:0000FF}x"},
+      {"{c:&H0000FF&}x", "{c:&H0000FF&}x"},
+      {"{c:", "{c:"},
+      {"{f:Arial}Text", "{f:Arial}Text"},
+      {"{s:12}Text", "{s:12}Text"},
+      {"{y:i}{c:$0000FF}Text", "<i>{c:$0000FF}Text</i>"},
+      {"Text {y:i}", "Text {y:i}"},
+      {"{y", "{y"},
+      {"{", "{"},
+      {"{yi}x", "{yi}x"},
+  };
+  for (const auto& [text, expected] : cases) EXPECT_EQ(translateStyleCodes(text).str(), expected);
+}
+
+std::string tokensOf(std::string text, const char* delimiters = "\r\n") {
+  TextTokenizer tokens(text.data());
+  std::string dump;
+  std::uint32_t reported = 0;
+  while (const char* token = tokens.nextToken(delimiters, &reported)) {
+    dump += "[" + std::string(token) + "]" + std::to_string(reported);
+  }
+  EXPECT_EQ(tokens.nextToken(delimiters, nullptr), nullptr) << "the end must stay the end";
+  return dump;
+}
+
+TEST(Tokenizer, SplitsAtRunsOfDelimitersAndReportsRoom) {
+  EXPECT_EQ(tokensOf(""), "");
+  EXPECT_EQ(tokensOf("\r\n\n"), "");
+  EXPECT_EQ(tokensOf("a"), "[a]1");
+  EXPECT_EQ(tokensOf("a\n"), "[a]2");
+  EXPECT_EQ(tokensOf("\nab\r\n\r\nc\rdef"), "[ab]3[c]2[def]3");
+  EXPECT_EQ(tokensOf("a;b\n", ";"), "[a]2[b\n]2");
+}
+
+/// Count, numbers and text as the platform reads them.
+std::string dumpOfSscanf(const std::string& line) {
+  int first = 0;
+  int last = 0;
+  std::string text(line.size() + 1, '\0');
+  const int count = std::sscanf(line.c_str(), "{%d}{%d}%[^\r\n]\n", &first, &last, text.data());
+  std::string dump = std::to_string(std::max(count, 0));
+  if (count >= 1) dump += " " + std::to_string(first);
+  if (count >= 2) dump += " " + std::to_string(last);
+  return count == 3 ? dump + " " + text.c_str() : dump;
+}
+
+std::string dumpOfScan(const std::string& line) {
+  const ScannedLine scanned = scanLine(line.c_str());
+  std::string dump = std::to_string(scanned.count);
+  if (scanned.count >= 1) dump += " " + std::to_string(scanned.firstFrame);
+  if (scanned.count >= 2) dump += " " + std::to_string(scanned.lastFrame);
+  return scanned.count == 3 ? dump + " " + std::string(scanned.text, scanned.textLength) : dump;
+}
+
+void compareAllLines(const std::string& begun, int more) {
+  ASSERT_EQ(dumpOfScan(begun), dumpOfSscanf(begun)) << begun;
+  if (more == 0) return;
+  for (const char* piece : {"{", "}", "7", "-", " ", "x\n", "9223372036854775808"}) {
+    compareAllLines(begun + piece, more - 1);
+  }
+}
+
+TEST(LineScan, AgreesWithSscanf) {
+  compareAllLines("", 6);
+  compareAllLines("{1}{2", 4);
+  for (const char* number : {"0",
+                             "-0",
+                             "+5",
+                             "007",
+                             "2147483647",
+                             "2147483648",
+                             "-2147483648",
+                             "-2147483649",
+                             "4294967295",
+                             "4294967297",
+                             "9223372036854775807",
+                             "9223372036854775808",
+                             "-9223372036854775808",
+                             "-9223372036854775809",
+                             "99999999999999999999999999999999999999",
+                             "-99999999999999999999999",
+                             "\t\n\v\f\r 3",
+                             "+-3",
+                             "- 3",
+                             "",
+                             "0x10",
+                             "1e3",
+                             "\xA0 3"}) {
+    for (const char* rest : {"}{2}text", "}{2}", "}", "} {2}text"}) {
+      const std::string line = "{" + std::string(number) + rest;
+      EXPECT_EQ(dumpOfScan(line), dumpOfSscanf(line)) << line;
+      const std::string swapped = "{1}{" + std::string(number) + "}text";
+      EXPECT_EQ(dumpOfScan(swapped), dumpOfSscanf(swapped)) << swapped;
+    }
+  }
+}
+
+TEST(FrameTimes, AreUnsignedWrapAndTruncate) {
+  struct Case {
+    std::int32_t frame;
+    FrameRate rate;
+    std::uint32_t milliseconds;
+  };
+  const Case cases[] = {
+      {0, {25, 1}, 0},
+      {1, kDefaultFrameRate, 41},
+      {24, kDefaultFrameRate, 1001},
+      {1000, kDefaultFrameRate, 41708},
+      {25, {25, 1}, 1000},
+      {1000, {23976, 1000}, 41708},
+      {-1, {25, 1}, 4294967295ULL * 1000 / 25 & 0xFFFFFFFF},
+      {2147483647, {25, 1}, 2147483647ULL * 1000 / 25 & 0xFFFFFFFF},
+      {7, {3, 1ULL << 62}, static_cast<std::uint32_t>((7 * (1ULL << 62) * 1000) / 3)},
+      {5, {0xFFFFFFFFFFFFFFFF, 1}, 0},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(frameToMilliseconds(c.frame, c.rate), c.milliseconds) << c.frame;
+  }
+}
+
+TEST(StreamChoice, PrefersLanguageThenRegionThenTheFirst) {
+  using Streams = std::vector<StreamLanguage>;
+  struct Case {
+    Streams streams;
+    const char* preferred;
+    UID chosen;
+  };
+  const Streams germans = {{1, "en", ""}, {2, "de", "CH"}, {3, "de", "AT"}, {4, "de", "AT"}};
+  const Case cases[] = {
+      {germans, "", 1},
+      {germans, "fr", 1},
+      {germans, "de", 2},
+      {germans, "de-AT", 4},  // a later exact match replaces an earlier one
+      {germans, "de-DE", 2},
+      {germans, "deu-CH", 2},
+      {germans, "ger", 2},
+      {germans, "De", 1},
+      {{{1, "de", "AT"}, {2, "de", "CH"}}, "de-AT-1996", 1},
+      {{{1, "de", "AT"}, {2, "de", ""}}, "de-AT", 1},
+      {{{5, "eng", ""}, {6, "deu", ""}}, "de", 6},
+      {{{0, "de", ""}, {6, "de", ""}}, "de", 6},  // a UID of 0 counts as nothing chosen
+      {{{3, "en", ""}}, "de", 3},
+  };
+  for (const Case& c : cases) EXPECT_EQ(chooseStream(c.streams, c.preferred), c.chosen);
+}
+
+TEST(StringTools, KeepEveryPathAndConvertBothWays) {
+  for (const std::string path : {"/a", "/\xC5\xBC\xE2\x82\xAC\xF0\x9F\x8E\xAC", "/\xFF\xC0\xAF",
+                                 "/\xED\xA0\x80\xC3", "/\xC3\xBF", ""}) {
+    const StringTools::UString bytes(path.begin(), path.end());
+    EXPECT_EQ(StringTools::wstringToBytes(StringTools::uStringToWstring(bytes)), path);
+  }
+  EXPECT_EQ(StringTools::uStringToWstring({0xF0, 0x9F, 0x8E, 0xAC}).size(), 1U);
+  const std::pair<const char*, const char*> codes[] = {{"en", "eng"}, {"eng", "en"}, {"de", "deu"},
+                                                       {"ger", "de"}, {"xx", "xx"},  {"", ""}};
+  for (const auto& [code, other] : codes) EXPECT_EQ(StringTools::convertLanguageCode(code), other);
+}
+
+}  // namespace
+}  // namespace Ombe

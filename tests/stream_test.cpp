@@ -1,0 +1,250 @@
+// Reading, seeking and re-timing the built plug-in's stream.
+#include <gmock/gmock.h>
+
+#include <cstring>
+#include <sstream>
+
+#include "ombe_core/image_properties.h"
+#include "support/fakes.h"
+#include "support/slots.h"
+
+namespace ombe_test {
+namespace {
+
+using Ombe::SettingValue;
+using Ombe::Status;
+using testing::ElementsAre;
+
+constexpr const char* kTwo = "{1}{1}1000\n{1000}{3000}A\n{5000}{6000}B\n";
+constexpr const char* kThree = "{1}{1}1000\n{1000}{3000}A\n{2000}{2500}B\n{5000}{6000}C\n";
+constexpr const char* kNone = "{1}{1}1000\n";
+
+/// One word a step: seek/next/clock/speed/offset with a number, read, all, reset. What it answers.
+std::string step(Engine& engine, Ombe::StreamInterface& stream, const std::string& word) {
+  const std::string name = word.substr(0, word.find('='));
+  const long long number = name == word ? 0 : std::stoll(word.substr(word.find('=') + 1));
+  std::uint32_t out = 12345;
+  const auto answer = [&](Status status) {
+    return status == 0 ? std::to_string(out) : status == Ombe::kGeneralFailure ? "fail" : "-1";
+  };
+  if (name == "read") return readOne(stream);
+  if (name == "all") return readAll(stream);
+  if (name == "seek") return answer(stream.seekStream(static_cast<std::uint32_t>(number), &out, 0));
+  if (name == "next") {
+    return answer(stream.getNextChunkTime(9, static_cast<std::uint32_t>(number), &out));
+  }
+  if (name == "last") return std::to_string(stream.getLastChunkTime());
+  if (name == "reset") stream.resetStream();
+  if (name == "clock") engine.clock.now = static_cast<std::int32_t>(number);
+  if (name == "offset") engine.host.offset = static_cast<double>(number) / 10;
+  if (name == "speed" && !stream.setReadSpeed(static_cast<std::int32_t>(number))) return "no";
+  return "";
+}
+
+std::string play(const char* content, const std::string& script) {
+  Engine engine;
+  engine.clock.now = 100000;
+  Ombe::StreamInterface* stream = engine.play(content);
+  std::string answers;
+  std::istringstream words(script);
+  for (std::string word; words >> word;) {
+    const std::string answer = step(engine, *stream, word);
+    if (!answer.empty()) answers += (answers.empty() ? "" : ", ") + answer;
+  }
+  return answers;
+}
+
+TEST(Stream, PlaysForwardBackwardAndPaused) {
+  struct Case {
+    const char* content;
+    const char* script;
+    const char* answers;
+  };
+  const Case cases[] = {
+      // Due when the clock is within 500 ms of the start.
+      {kTwo, "clock=400 read clock=499 read clock=500 read clock=4499 read clock=4500 read read",
+       "wait, wait, 1000+2000 A, wait, 5000+1000 B, end"},
+      {kTwo, "clock=-1 read clock=0 read", "wait, wait"},
+      {kTwo, "clock=2147483647 all", "1000+2000 A ; 5000+1000 B"},
+      {kTwo, "clock=-2147483648 read", "wait"},
+      // The offset moves the delivered times and the due test, in whole milliseconds.
+      {kTwo, "offset=2509 clock=749 read clock=750 read last", "wait, 1250+2000 A, 3250"},
+      {kTwo, "offset=-12009 clock=0 read last", "4294967096+2000 A, 1800"},
+      // Forward seeks find what is showing or comes next.
+      {kTwo, "seek=0 seek=1000 seek=2000 read", "1000, 1000, 1000, 1000+2000 A"},
+      {kTwo, "seek=3000 read", "1000, 1000+2000 A"},
+      {kTwo, "seek=3001 read", "5000, 5000+1000 B"},
+      {kTwo, "seek=6000 seek=7000 read reset read", "5000, 6001, end, 1000+2000 A"},
+      {kTwo, "seek=4294967295 read", "6001, end"},
+      {kThree, "seek=2600 read", "1000, 1000+2000 A"},
+      // Backward.
+      {kTwo, "all speed=-1000 reset all", "1000+2000 A ; 5000+1000 B, 5000+1000 B ; 1000+2000 A"},
+      {kTwo, "speed=-1000 seek=5500 read read read", "5000, 5000+1000 B, 1000+2000 A, end"},
+      {kTwo, "speed=-1000 seek=5000 seek=1001 seek=1000 read read",
+       "1000, 1000, 0, 1000+2000 A, end"},
+      {kTwo, "speed=-1 clock=4000 seek=9999 read", "5000, wait"},
+      // Next times leave the position alone.
+      {kTwo, "next=0 next=1000 next=1001 next=4000 next=5000 next=7000 read",
+       "1000, 1000, 5000, 5000, 5000, 6000, 1000+2000 A"},
+      {kTwo, "speed=-1000 next=3500 next=3001 next=3000 next=2000 next=7000 next=6000",
+       "1000, 1000, 999, 999, 5000, 1000"},
+      {"{0}{1}a\n", "speed=-1 next=0", "4294967295"},
+      // Paused.
+      {kTwo, "speed=0 read seek=0 next=0 reset speed=1000 read", "end, fail, fail, 5000+1000 B"},
+      {kTwo, "speed=0 reset speed=-5 read", "5000+1000 B"},
+      // A change of speed seeks to the current entry at the old speed.
+      {kThree, "read speed=2000 read", "1000+2000 A, 1000+2000 A"},
+      {kThree, "read read speed=1000 read", "1000+2000 A, 2000+500 B, 5000+1000 C"},
+      {kThree, "seek=5000 speed=2000 read", "5000, 5000+1000 C"},
+      {kThree, "all speed=-1000 read", "1000+2000 A ; 2000+500 B ; 5000+1000 C, 5000+1000 C"},
+      {kThree, "speed=-1000 seek=2500 speed=1000 read", "2000, 1000+2000 A"},
+      // Left behind the end or without entries, a read finds nothing.
+      {"{1}{1}1000\n{2000}{1000}A\n", "read speed=0 speed=-1 read", "2000+4294966296 A, end"},
+      {kNone, "read seek=77 next=78 speed=-1 read seek=79 next=80 reset read speed=0 seek=81 read",
+       "end, 77, 78, end, 79, 80, end, 81, end"},
+      {kTwo, "last read last read last", "0, 1000+2000 A, 3000, 5000+1000 B, 6000"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(play(c.content, c.script), c.answers) << c.script;
+}
+
+TEST(Stream, LogsSeeksAndReads) {
+  Engine engine;
+  engine.clock.now = 600;
+  Ombe::StreamInterface* stream = engine.play(kTwo);
+  stream->setStreamNumber(3);
+  engine.host.offset = 50;
+  LogCapture log;
+  stream->seekStream(0, nullptr, false);
+  readOne(*stream);
+  readOne(*stream);  // not due: no record
+  stream->seekStream(7000, nullptr, true);
+  stream->setReadSpeed(-1000);  // seeks forward to the current entry, here the last one's end
+  stream->seekStream(1000, nullptr, true);
+  stream->setReadSpeed(0);
+  stream->seekStream(1000, nullptr, true);
+  EXPECT_THAT(log.take(),
+              ElementsAre("Container seekStream:723 Subtitle Stream: seeked to 1000",
+                          "Subtitle readStream:795 PARSED(Sub=3): timestamp=1050 duration=2000 "
+                          "mediatime=600",
+                          "Container seekStream:725 Subtitle Stream: seeked to end",
+                          "Container seekStream:723 Subtitle Stream: seeked to 5000",
+                          "Container seekStream:723 Subtitle Stream: seeked to 1000",
+                          "Container seekStream:723 Subtitle Stream: seeked to 1000"));
+}
+
+TEST(Stream, AnswersEverySlotInItsPlace) {
+  Engine engine;
+  Ombe::StreamInterface* stream = engine.play(kTwo);
+  using Words = std::pair<std::size_t, std::int32_t>;
+  for (const auto& [slot, answer] : {Words{2, 0}, Words{7, 320}, Words{14, 0}, Words{19, 1000}}) {
+    EXPECT_EQ(callSlot<std::int32_t>(stream, slot), answer) << slot;
+  }
+  EXPECT_FALSE(callSlot<bool>(stream, 24, std::uint32_t{1}));
+  EXPECT_FALSE(callSlot<bool>(stream, 17));
+  EXPECT_EQ(callSlot<Status>(stream, 10, static_cast<Ombe::TimeSource*>(nullptr)), -1);
+  EXPECT_EQ(callSlot<Status>(stream, 15, static_cast<Ombe::MediaChunk**>(nullptr)),
+            Ombe::kGeneralFailure);
+  EXPECT_EQ(callSlot<Status>(stream, 12, 0U, 0U, static_cast<std::uint32_t*>(nullptr)),
+            Ombe::kGeneralFailure);
+  const Ombe::FormatRequirement expected{"UTF8\0\0\0", {20, 4, 0}};
+  EXPECT_EQ(std::memcmp(callSlot<const void*>(stream, 5), &expected, 20), 0);
+  const auto* frame = callSlot<const Ombe::ImageProperties*>(stream, 6);
+  EXPECT_EQ(frame->frameWidth(), 640U);
+  EXPECT_EQ(frame->frameHeight(), 480U);
+  Ombe::String language("kept");
+  EXPECT_FALSE(stream->getStreamInfo(nullptr, &language, &language));
+  EXPECT_EQ(view(language), "kept");
+  EXPECT_EQ(stream->containerUID(), 77U);
+}
+
+TEST(Stream, WithoutAClockDeliversNothing) {
+  Engine engine;
+  const TempFile file(kTwo);
+  engine.open(file.uri());
+  engine.activate();
+  EXPECT_EQ(readOne(*engine.newestStream()), "wait");
+}
+
+TEST(Settings, RescaleAtEachChangeOfTheFrameRate) {
+  struct Case {
+    const char* content;
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> ratios;
+    const char* entries;
+  };
+  constexpr const char* kDefault = "{24}{72}a\n";  // 1001 ms to 3003 ms
+  const Case cases[] = {
+      {kDefault, {{25, 1}}, "960+1920 a"},
+      {kDefault, {{25, 1}, {25, 1}}, "960+1920 a"},
+      {kDefault, {{25, 1}, {0, 1}}, "1001+2002 a"},
+      {kDefault, {{24000, 1001}}, "1001+2002 a"},
+      {"{1}{1}1000\n{1000}{3000}a\n", {{1001, 1}, {1000, 1}}, "999+2000 a"},
+      {"{1}{1}25\n{25}{50}a\n", {{50, 1}, {30000, 0}}, "1000+1000 a"},
+      {"{1}{1}1\n{4000000}{4000000}b\n{1}{5000000}a\n",
+       {{2, 1}},
+       "500+352515852 a ; 2000000000+0 b"},
+      {"{1}{1}25\n{25}{50}a\n", {{1, 4000000000}}, "276447232+276447232 a"},
+      // An end that wrapped is scaled as it is, a time past 2^63 becomes 0.
+      {"{1}{1}1000\n{2000}{1000}a\n", {{2000, 1}}, "1000+4294966796 a"},
+      {"{1}{1}25\n{100000000}{100000000}a\n", {{1, 4000000000}}, "0+0 a"},
+  };
+  for (const Case& c : cases) {
+    Engine engine;
+    Ombe::StreamInterface* stream = engine.play(c.content);
+    for (const auto& [numerator, denominator] : c.ratios) {
+      engine.controller.changeRatio(numerator, denominator);
+    }
+    engine.clock.now = 2147483000;
+    EXPECT_EQ(readAll(*stream), c.entries);
+  }
+}
+
+TEST(Settings, IgnoreWhatIsNotTheirs) {
+  Engine engine;
+  engine.clock.now = 9999;
+  Ombe::StreamInterface* stream = engine.play("{1}{1}1000\n{1000}{3000}\xB3\n");
+  const SettingValue ratio = SettingValue::ratio({1, 1});
+  const SettingValue flag = SettingValue::boolean(true);
+  Ombe::String text("windows-1250");
+  const SettingValue name = SettingValue::string(&text);
+  const auto other = static_cast<Ombe::MediaType>(3);
+  engine.controller.change("FrameRate", "Ratio", nullptr);
+  engine.controller.change("FrameRate", "Ratio", &name);
+  engine.controller.change("FrameRate", "Ratio", &ratio, other);
+  engine.controller.change("FrameRate", "Rate", &ratio);
+  engine.controller.change("framerate", "Ratio", &ratio);
+  engine.controller.change("CodePage", "Name", nullptr);
+  engine.controller.change("CodePage", "Name", &flag);
+  engine.controller.change("CodePage", "Name", &name, other);
+  engine.controller.change("CodePage", "Autodetected", &flag);
+  EXPECT_EQ(readOne(*stream), "1000+2000 \xB3");
+}
+
+TEST(Settings, ChangeTheCodePageOfEntriesDeliveredFromThenOn) {
+  Engine engine;
+  engine.clock.now = 9999;
+  engine.host.settings.setString("CodePage", "Name", "windows-1250");
+  Ombe::StreamInterface* stream = engine.play("{1}{2}\xB3\xB9\n{3}{4}\xB3\xB9\n{5}{6}\xB3\xB9\n");
+  EXPECT_EQ(readOne(*stream), "41+42 \u0142\u0105");
+  engine.controller.changeCodePage("windows-1251");
+  EXPECT_EQ(readOne(*stream), "125+41 \u0456\u2116");
+  engine.controller.changeCodePage("no such code page");
+  EXPECT_EQ(readOne(*stream), "208+42 \xB3\xB9");
+  stream->resetStream();
+  const SettingValue null = SettingValue::string(nullptr);
+  engine.controller.change("CodePage", "Name", &null);
+  EXPECT_EQ(readOne(*stream), "41+42 \xB3\xB9");
+}
+
+TEST(Settings, LeaveTextAloneThatASignatureDecoded) {
+  Engine engine;
+  engine.clock.now = 9999;
+  Ombe::StreamInterface* stream =
+      engine.play(std::string("\xFF\xFE{\0001\0}\0{\0002\0}\0\x42\x01\x05\x01", 18));
+  EXPECT_EQ(engine.host.settings.text("CodePage", "Name"), "'UTF16-LE'");
+  EXPECT_EQ(engine.host.settings.text("CodePage", "Autodetected"), "true");
+  engine.controller.changeCodePage("windows-1251");
+  EXPECT_EQ(readOne(*stream), "41+42 \u0142\u0105");
+}
+
+}  // namespace
+}  // namespace ombe_test
