@@ -45,7 +45,7 @@ void operator delete[](void* block, std::size_t) noexcept { release(block); }
 void operator delete(void* block, const std::nothrow_t&) noexcept { release(block); }
 void operator delete[](void* block, const std::nothrow_t&) noexcept { release(block); }
 
-namespace OmbeTest {
+namespace ombe_test {
 
 AllocationFault::AllocationFault(long nth, FaultMode mode) {
   faultHappened = false;
@@ -59,4 +59,4 @@ bool AllocationFault::happened() const { return faultHappened; }
 
 long liveAllocations() { return live; }
 
-}  // namespace OmbeTest
+}  // namespace ombe_test

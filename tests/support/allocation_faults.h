@@ -2,7 +2,7 @@
 // of the whole process; they behave as usual while no fault is armed.
 #pragma once
 
-namespace OmbeTest {
+namespace ombe_test {
 
 enum class FaultMode { kOnce, kFromThereOn };
 
@@ -21,4 +21,4 @@ class AllocationFault {
 /// Blocks from operator new that were not deleted yet, of all threads.
 long liveAllocations();
 
-}  // namespace OmbeTest
+}  // namespace ombe_test
