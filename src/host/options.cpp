@@ -77,7 +77,7 @@ void addExport(CLI::App& app, Options& options) {
   command.add_option("-f,--format", options.format, "Format to write")
       ->check(CLI::IsMember(writerNames()))
       ->capture_default_str()
-      ->type_name("");
+      ->type_name("FORMAT");
   command.add_option("-o,--output", options.output, "File to write; - is standard output")
       ->capture_default_str()
       ->type_name("OUT");
@@ -88,7 +88,7 @@ void addExport(CLI::App& app, Options& options) {
 
 std::unique_ptr<CLI::App> makeCommandLine(Options& options) {
   auto app = std::make_unique<CLI::App>(
-      "Plays with subtitle files through the Ombe engine's plug-ins.", "ombe");
+      "Shows and converts subtitle files through the plug-ins of the Ombe engine.", "ombe");
   app->set_version_flag("--version", "ombe " OMBE_VERSION);
   app->require_subcommand(1);
   app->footer("Example: ombe export movie.sub -o movie.srt\nMore: ombe COMMAND --help");

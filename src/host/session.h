@@ -19,11 +19,11 @@ class MediaSource;
 
 /// What a person may say about every source.
 struct SessionOptions {
-  std::optional<Ratio> frameRate;  ///< zero parts are the plug-in's to judge
-  std::optional<std::string> codePage;
-  std::string language;       ///< preferred; "en", "en-US" or empty
+  std::optional<Ratio> frameRate = std::nullopt;  ///< zero parts are the plug-in's to judge
+  std::optional<std::string> codePage = std::nullopt;
+  std::string language = {};  ///< preferred; "en", "en-US" or empty
   std::int32_t offsetMs = 0;  ///< added to every time
-  std::string plugin;         ///< path; empty to search for it
+  std::string plugin = {};    ///< path; empty to search for it
 };
 
 /// Drives one component through its slots, as an engine would: load, attach and controller at

@@ -37,10 +37,11 @@ Utf8Piece nextUtf8Piece(std::string_view text) {
 }
 
 bool isUtf8(std::string_view text) {
-  while (!text.empty()) {
-    const Utf8Piece piece = nextUtf8Piece(text);
+  for (std::size_t at = 0; at < text.size();) {
+    const bool ascii = static_cast<unsigned char>(text[at]) < 0x80;
+    const Utf8Piece piece = ascii ? Utf8Piece{1, true} : nextUtf8Piece(text.substr(at));
     if (!piece.wellFormed) return false;
-    text.remove_prefix(piece.length);
+    at += piece.length;
   }
   return true;
 }

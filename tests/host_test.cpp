@@ -1,0 +1,253 @@
+// The host's own rules, and the built `ombe` as people meet it.
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
+#include <csignal>
+#include <fstream>
+#include <functional>
+#include <sstream>
+#include <thread>
+
+#include "host/failure.h"
+#include "host/frame_rate.h"
+#include "host/output_file.h"
+#include "host/session.h"
+#include "host/settings.h"
+#include "host/subtitle_writer.h"
+#include "support/fakes.h"
+
+namespace ombe_test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace Ombe;  // NOLINT(google-build-using-namespace): the subject of every test here
+using testing::HasSubstr;
+
+SettingValue stringValue(const char* text) { return SettingValue::string(new String(text)); }
+
+std::string contentOf(const fs::path& path) {
+  std::ostringstream out;
+  out << std::ifstream(path, std::ios::binary).rdbuf();
+  return out.str();
+}
+
+struct Consumer : SettingConsumer {
+  void settingChanged(const Setting& setting, const SettingValue* value) override {
+    act(setting, *value);
+  }
+  std::function<void(const Setting&, const SettingValue&)> act;
+};
+
+struct Settings : testing::Test {
+  SettingTable table;
+  HostController controller{table};
+  HostContainer host{controller};
+};
+
+TEST_F(Settings, KeepEveryStringOnceAndForGood) {
+  SettingValue first;
+  SettingValue again;
+  EXPECT_FALSE(host.getValue(codePageSetting(), first));
+  host.setValue(codePageSetting(), stringValue("CP1250"));
+  ASSERT_TRUE(controller.getValue(codePageSetting(), first));
+  host.setValue(codePageSetting(), stringValue("UTF8"));
+  EXPECT_EQ(view(*first.asString()), "CP1250");
+  controller.setValue(codePageSetting(), stringValue("CP1250"));
+  controller.setValue(codePageSetting(), first);  // handed back: it is the table's own
+  ASSERT_TRUE(host.getValue(codePageSetting(), again));
+  EXPECT_EQ(again.asString(), first.asString());
+  EXPECT_FALSE(host.getValue(Setting(MediaType{3}, "CodePage", "Name"), again));
+}
+
+TEST_F(Settings, AreStoredFirstAndToldAfterwardsWithoutALock) {
+  std::vector<std::string> told;
+  Consumer leaving;
+  Consumer staying;
+  leaving.act = [&](const Setting& setting, const SettingValue& value) {
+    SettingValue stored;
+    EXPECT_TRUE(controller.getValue(setting, stored));
+    EXPECT_EQ(stored.asString(), value.asString());
+    EXPECT_TRUE(controller.unregisterConsumer(&leaving));
+    told.emplace_back("leaving");
+  };
+  staying.act = [&](auto&, auto& value) { told.emplace_back(view(*value.asString())); };
+  EXPECT_TRUE(controller.registerConsumer(&leaving));
+  EXPECT_TRUE(controller.registerConsumer(&staying));
+  EXPECT_FALSE(controller.registerConsumer(&staying));
+  controller.setValue(codePageSetting(), stringValue("a"));
+  host.setValue(codePageSetting(), stringValue("b"));  // as a plug-in does
+  EXPECT_THAT(told, testing::ElementsAre("leaving", "a", "b"));
+}
+
+TEST_F(Settings, ConsumersAreGoneOnlyWhenNoOtherThreadIsTellingThem) {
+  Consumer consumer;
+  std::atomic<bool> began{false};
+  bool ended = false;
+  consumer.act = [&](auto&, auto&) {
+    began = true;
+    // Succeeds once the other thread has taken the consumer out and waits.
+    while (!controller.registerConsumer(&consumer)) std::this_thread::yield();
+    controller.unregisterConsumer(&consumer);
+    ended = true;
+  };
+  controller.registerConsumer(&consumer);
+  std::thread teller([&] { host.setValue(autodetectedSetting(), SettingValue::boolean(true)); });
+  while (!began) std::this_thread::yield();
+  controller.unregisterConsumer(&consumer);
+  EXPECT_TRUE(ended);
+  teller.join();
+}
+
+TEST(FrameRate, IsTakenAsAnExactFraction) {
+  std::istringstream cases(
+      "25=25/1 23.976=23976/1000 24000/1001=24000/1001 0/7=0/7 25/0=25/0 4294967295=4294967295/1 "
+      "0.000000001=1/1000000000 0.0000000001=- 4294967296=- 1/4294967296=- =- 25.=- .5=- 25/=- "
+      "/1=- -25=- +25=- 25x=- 1/2/3=- 1.5/2=- 29,97=-");
+  std::string text;
+  for (std::string expected; std::getline(cases, text, '=') && cases >> expected; cases.ignore()) {
+    const auto rate = parseFrameRate(text);
+    const std::string result =
+        rate ? std::to_string(rate->numerator) + "/" + std::to_string(rate->denominator) : "-";
+    EXPECT_EQ(result, expected) << text;
+  }
+}
+
+TEST(Writers, FormatEverySubtitleForItsReaders) {
+  const struct {
+    Subtitle subtitle;
+    std::string srt;
+    std::string json;  // the text alone
+  } cases[] = {
+      {{3661001, 38999, "<b>A</B>\n<b>B</B>"},
+       "01:01:01,001 --> 01:01:40,000\n<b>A</b>\n<b>B</b>\n",
+       "<b>A</B>\\n<b>B</B>"},
+      {{0, 0, "\nA\n\n \t\r\nB\n"},
+       "00:00:00,000 --> 00:00:00,000\nA\nB\n",
+       "\\nA\\n\\n \\t\\r\\nB\\n"},
+      {{0xFFFFFFFF, 2, ""}, "1193:02:47,295 --> 00:00:00,001\n", ""},
+      // Characters of every length, then what is none: each piece becomes one U+FFFD.
+      {{59999, 1, "\"\\\x1B\x7Fż€😀"},
+       "00:00:59,999 --> 00:01:00,000\n\"\\\x1B\x7Fż€😀\n",
+       "\\\"\\\\\\u001b\x7Fż€😀"},
+      {{1, 1, "\xE9t\xC0\xAF\xED\xA0\xF4\x90z\xE2\x82"},
+       "00:00:00,001 --> 00:00:00,002\n\xE9t\xC0\xAF\xED\xA0\xF4\x90z\xE2\x82\n",
+       "\uFFFDt\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDz\uFFFD"},
+  };
+  const auto srt = makeWriter("srt");
+  const auto jsonl = makeWriter("jsonl");
+  int index = 0;
+  for (const auto& c : cases) {
+    std::string out;
+    srt->append(c.subtitle, out);
+    EXPECT_EQ(out, std::to_string(++index) + "\n" + c.srt + "\n");
+    out.clear();
+    jsonl->append(c.subtitle, out);
+    EXPECT_EQ(out, "{\"timestamp\": " + std::to_string(c.subtitle.timestamp) + ", \"duration\": " +
+                       std::to_string(c.subtitle.duration) + ", \"text\": \"" + c.json + "\"}\n");
+  }
+}
+
+TEST(OutputFile, IsThereWholeOrAsItWasBefore) {
+  const TempFile old("old", "out");
+  const fs::path folder = fs::path(old.path()).parent_path();
+  fs::permissions(old.path(), fs::perms(0640));
+  fs::create_symlink("out", folder / "link");
+  const auto write = [](const fs::path& path, void (*end)(OutputFile&)) {
+    OutputFile output(path.string());
+    for (char letter : {'a', 'b', 'c'}) {
+      output.buffer().append(1 << 20, letter);
+      output.drain();
+    }
+    end(output);
+  };
+  const auto commit = [](OutputFile& output) { output.commit(); };
+  write(old.path(), [](OutputFile&) {});
+  EXPECT_EXIT(write(old.path(), [](OutputFile&) { std::raise(SIGTERM); }),
+              testing::KilledBySignal(SIGTERM), "");
+  for (const fs::path& path : {folder, folder / "none" / "out", fs::path("/dev/full")}) {
+    EXPECT_THROW(write(path, commit), Failure) << path;
+  }
+  EXPECT_EQ(contentOf(old.path()), "old");
+  write(folder / "link", commit);
+  write(folder / "new", commit);
+  EXPECT_EQ(contentOf(old.path()), contentOf(folder / "new"));
+  EXPECT_EQ(fs::file_size(folder / "new"), 3U << 20);
+  EXPECT_TRUE(fs::is_symlink(folder / "link"));
+  EXPECT_EQ(fs::status(old.path()).permissions(), fs::perms(0640));
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 3) << "a temporary was left behind";
+}
+
+TEST(Session, OwnsStreamsUntilWithdrawnAndReadsWhatIsDue) {
+  const TempFile movie("{1}{1}25\n{25}{50}a\n");
+  Session session({.offsetMs = 1000, .plugin = OMBE_PLUGIN});
+  session.open(movie.path());
+  session.container().activateProgram(session.container().getProgramUIDs().head()->value);
+  EXPECT_EQ(session.host().streams().size(), 1U) << "announced twice, owned once";
+  Chunk chunk;
+  session.clock().set(1499);
+  EXPECT_EQ(session.read(chunk), kNothingDue);
+  session.clock().set(1500);
+  EXPECT_EQ(session.read(chunk), kSuccess);
+  ASSERT_TRUE(chunk);
+  EXPECT_EQ(chunk.timestamp(), 2000U);
+  session.controller().setValue(frameRateSetting(), SettingValue::ratio({50, 1}));
+  session.stream().resetStream();
+  EXPECT_EQ(session.read(chunk), kSuccess);
+  EXPECT_EQ(chunk.timestamp(), 1500U) << "the container was told of the new rate";
+  EXPECT_EQ(session.container().deactivate(false), kSuccess);
+  EXPECT_EQ(session.host().selectedStream(), nullptr);
+}
+
+TEST(Program, AnswersEveryCommandWithItsExitCode) {
+  // Times that only just fit, and one with the top bit set.
+  const TempFile late("{1}{1}25\n{1}{2}a\n{53687091}{53687091}b\n{60000000}{60000001}c\n");
+  const TempFile foreign("{1}{2}a\n", "caf\xE9.sub");
+  const struct {
+    std::string arguments;
+    int exitCode;
+    std::string out;
+    std::string err;
+  } cases[] = {
+      {"export --help", 0, "Example: ombe export", ""},
+      {"", 2, "", "ombe: "},
+      {"export plain.sub -f vtx", 2, "", "vtx"},
+      {"export plain.sub --frame-rate 25/x", 2, "", "25/x"},
+      {"export plain.sub --offset 2147483648", 2, "", "--offset"},
+      {"probe utf16.sub none.sub plain.sub", 1,
+       "utf16.sub: MicroDVD\nnone.sub: not recognised\nplain.sub: MicroDVD\n", "none.sub: cannot"},
+      {"probe '" + foreign.path() + "'", 1, ": not recognised", "not UTF-8"},
+      {"export .", 1, "", "directory"},
+      {"export README.md", 1, "", "README.md: not recognised"},
+      {"export plain.sub --code-page nope", 1, "", "plain.sub: unknown code page 'nope'"},
+      {"export plain.sub -o /dev/full", 1, "", "/dev/full: cannot be written"},
+      {"export plain.sub --plugin /none.so", 3, "", "/none.so"},
+      {"export plain.sub --plugin '" OMBE_CORE "'", 3, "", "__getPlugin"},
+      {"export plain.sub", 0, "1\n00:00:01,001 --> 00:00:03,003\nDid you hear that?\n\n2\n", ""},
+      {"export plain.sub --frame-rate 24 --offset -500 -f jsonl", 0,
+       "{\"timestamp\": 500, \"duration\": 2000, \"text\": \"Did you", ""},
+      {"export plain.sub --frame-rate 0/1 --plugin '" OMBE_PLUGIN "'", 0, "00:00:01,001", ""},
+      {"export windows-1250.sub --code-page windows-1250", 0, "mój żółty", ""},
+      {"export windows-1250.sub -f jsonl", 0, "m\uFFFDj \uFFFD\uFFFDty", "--code-page"},
+      {"export utf16.sub --log", 0, "Привет!", "Container open:422 got subtitle start: 1001 "},
+      {"export '" + late.path() + "' | tr '\\n' ' '", 0,
+       "a  2 596:31:23,640 --> 596:31:23,640 b  3 666:40:00,000 --> 666:40:00,040 c  ", ""},
+      {"info broken.sub --json", 1, "\"error\": \"broken.sub: could not be opened", "broken.sub"},
+      {"info utf16.sub", 0, "code page:    UTF16-LE\nautodetected: yes\nsubtitles:    8\n", ""},
+      {"info plain.sub --json | tr -d ' \\n'", 0, R"("count":9,"first":1001,"last":34034)", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.arguments);
+    const TempFile files("", "out");
+    const std::string command = "cd '" OMBE_SAMPLES_DIR "' && { '" OMBE_BINARY "' " + c.arguments +
+                                "; } >'" + files.path() + "' 2>'" + files.path() + ".err'";
+    const int status = std::system(command.c_str());
+    const std::string err = contentOf(files.path() + ".err");
+    EXPECT_EQ(WIFEXITED(status) ? WEXITSTATUS(status) : -1, c.exitCode);
+    EXPECT_THAT(contentOf(files.path()), HasSubstr(c.out));
+    EXPECT_THAT(err, HasSubstr(c.err));
+    EXPECT_EQ(err.empty(), c.err.empty()) << err;
+  }
+}
+
+}  // namespace
+}  // namespace ombe_test
