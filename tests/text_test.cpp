@@ -130,6 +130,7 @@ TEST(Decoding, UsesTheStoredCodePageAndChecksTheFirstCharacter) {
   }
   for (const auto& value : {SettingValue::string(nullptr), SettingValue::boolean(true)}) {
     store.setValue(codePageNameSetting(), value);
+    EXPECT_EQ(readStringSetting(&store, codePageNameSetting()) != nullptr, value.isString());
     EXPECT_EQ(decoded(&store, "AB\x8E"), "AB\x8E");
   }
   EXPECT_EQ(decoded(nullptr, "AB"), "AB");
@@ -267,7 +268,8 @@ TEST(Reading, ForDetectionDecodesAndKeepsTheNameWithoutASignature) {
   EXPECT_EQ(read("\0C\0D"s), "CD");
   EXPECT_EQ(read("\0E"s), "refused");
   EXPECT_EQ(view(out), "CD");
-  EXPECT_FALSE(readDecodedText(&store, ByteString(), nullptr, kWholeFile));
+  const ombe_test::TempFile file("AB");
+  EXPECT_FALSE(readDecodedText(nullptr, toByteString(file.path()), nullptr, kWholeFile));
 }
 
 /// Names one code page for every question, and frees what it is given.
