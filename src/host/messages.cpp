@@ -3,15 +3,19 @@
 #include <unistd.h>
 
 #include <string>
+#include <utility>
 
+#include "host/visible_text.h"
 #include "ombe_core/logger.h"
 
 namespace Ombe {
 namespace {
 
-/// In one call, so that lines of several threads do not mix. What standard error does not take is
-/// lost: there is nowhere to report it.
-void writeLine(const std::string& line) {
+/// In one call, so that lines of several threads do not mix. Messages name files and log records
+/// quote them, so a terminal gets them made visible. What standard error does not take is lost:
+/// there is nowhere to report it.
+void writeLine(std::string line) {
+  if (::isatty(STDERR_FILENO) != 0) line = visibleText(line);
   if (::write(STDERR_FILENO, line.data(), line.size()) < 0) return;
 }
 
@@ -21,7 +25,7 @@ void writeRecord(const LogRecord& record) {
   line.append(":").append(std::to_string(record.line)).append(" ").append(record.text);
   while (line.ends_with('\n')) line.pop_back();
   line += '\n';
-  writeLine(line);
+  writeLine(std::move(line));
 }
 
 }  // namespace
@@ -29,7 +33,7 @@ void writeRecord(const LogRecord& record) {
 void reportError(std::string_view message) {
   std::string line("ombe: ");
   line.append(message).append("\n");
-  writeLine(line);
+  writeLine(std::move(line));
 }
 
 void logToStandardError() { Logger::instance().setSink(writeRecord); }

@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "host/failure.h"
+#include "host/visible_text.h"
 
 namespace Ombe {
 namespace fs = std::filesystem;
@@ -65,6 +66,7 @@ void OutputFile::openTemporary() {
 }
 
 void OutputFile::flush() {
+  if (::isatty(descriptor_) != 0) buffer_ = visibleText(buffer_);
   std::size_t done = 0;
   while (done < buffer_.size()) {
     const ssize_t written = ::write(descriptor_, buffer_.data() + done, buffer_.size() - done);

@@ -10,8 +10,9 @@ namespace Ombe {
 
 /// Takes a command's data in big writes. A regular file is written under a temporary name beside it
 /// and takes its place in `commit`, so that it is there whole or as it was before; a device or pipe
-/// that exists is written straight, and so is standard output ("-"). Every failure is thrown as a
-/// Failure that names the output. One thread at a time.
+/// that exists is written straight, and so is standard output ("-"). A terminal gets the data made
+/// visible, anything else as it is. Every failure is thrown as a Failure that names the output. One
+/// thread at a time.
 class OutputFile {
  public:
   explicit OutputFile(const std::string& path);
@@ -20,7 +21,8 @@ class OutputFile {
   /// Without `commit` the temporary is removed and nothing has changed.
   ~OutputFile();
 
-  /// Append here, then call `drain`: it writes what has gathered once that is worth a write.
+  /// Append here whole characters, then call `drain`: it writes what has gathered once that is
+  /// worth a write.
   [[nodiscard]] std::string& buffer() { return buffer_; }
   void drain() {
     if (buffer_.size() >= kWriteSize) flush();
