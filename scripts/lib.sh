@@ -62,7 +62,7 @@ need_packages() {
   if ! { apt update || true; apt install "${missing[@]}"; } >"$log" 2>&1; then
     cat "$log" >&2
     rm -f "$log"
-    fail "could not install the packages: apt-get's messages stand above"
+    fail "could not install the packages (see above); as root: apt-get install ${missing[*]}"
   fi
   rm -f "$log"
 }
