@@ -62,16 +62,20 @@ TEST_F(Settings, KeepEveryStringOnceAndForGood) {
 TEST_F(Settings, AreStoredFirstAndToldAfterwardsWithoutALock) {
   std::vector<std::string> told;
   Consumer leaving;
+  Consumer taken;
   Consumer staying;
   leaving.act = [&](const Setting& setting, const SettingValue& value) {
     SettingValue stored;
     EXPECT_TRUE(controller.getValue(setting, stored));
     EXPECT_EQ(stored.asString(), value.asString());
     EXPECT_TRUE(controller.unregisterConsumer(&leaving));
+    EXPECT_TRUE(controller.unregisterConsumer(&taken));
     told.emplace_back("leaving");
   };
+  taken.act = [&](auto&, auto&) { told.emplace_back("taken"); };
   staying.act = [&](auto&, auto& value) { told.emplace_back(view(*value.asString())); };
   EXPECT_TRUE(controller.registerConsumer(&leaving));
+  EXPECT_TRUE(controller.registerConsumer(&taken));
   EXPECT_TRUE(controller.registerConsumer(&staying));
   EXPECT_FALSE(controller.registerConsumer(&staying));
   controller.setValue(codePageSetting(), stringValue("a"));
