@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -56,6 +57,10 @@ AllocationFault::AllocationFault(long nth, FaultMode mode) {
 AllocationFault::~AllocationFault() { untilFault = 0; }
 
 bool AllocationFault::happened() const { return faultHappened; }
+
+FaultPause::FaultPause() : rest_(std::exchange(untilFault, 0)) {}
+
+FaultPause::~FaultPause() { untilFault = rest_; }
 
 long liveAllocations() { return live; }
 

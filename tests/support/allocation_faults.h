@@ -18,6 +18,19 @@ class AllocationFault {
   [[nodiscard]] bool happened() const;
 };
 
+/// For its lifetime, allocations of this thread neither fail nor count towards the one that is to:
+/// what a fake allocates on its own account is no fault of the plug-in that called it.
+class FaultPause {
+ public:
+  FaultPause();
+  FaultPause(const FaultPause&) = delete;
+  FaultPause& operator=(const FaultPause&) = delete;
+  ~FaultPause();
+
+ private:
+  long rest_;
+};
+
 /// Blocks from operator new that were not deleted yet, of all threads.
 long liveAllocations();
 

@@ -8,6 +8,7 @@
 #include "ombe_core/buffer_allocator.h"
 #include "ombe_core/logger.h"
 #include "ombe_core/media_source.h"
+#include "support/allocation_faults.h"
 
 namespace ombe_test {
 
@@ -21,14 +22,13 @@ std::string pathOf(const Setting& setting) {
   return str(setting.group()) + "/" + str(setting.name());
 }
 
-/// The module stays loaded, as it does in the engine.
+}  // namespace
+
 EntryPoint entryPoint() {
   static void* const module = ::dlopen(OMBE_PLUGIN, RTLD_NOW | RTLD_LOCAL);
   if (module == nullptr) ADD_FAILURE() << ::dlerror();
   return reinterpret_cast<EntryPoint>(::dlsym(module, kEntryPointName));
 }
-
-}  // namespace
 
 void CallLog::add(std::string call) {
   const std::lock_guard lock(mutex_);
@@ -41,6 +41,7 @@ std::vector<std::string> CallLog::take() {
 }
 
 bool FakeSettings::get(const Setting& setting, SettingValue& out) const {
+  const FaultPause pause;
   EXPECT_EQ(setting.mediaType(), MediaType::kSubtitle);
   const std::lock_guard lock(mutex_);
   const auto found = values_.find({str(setting.group()), str(setting.name())});
@@ -49,6 +50,7 @@ bool FakeSettings::get(const Setting& setting, SettingValue& out) const {
 }
 
 void FakeSettings::set(const Setting& setting, const SettingValue& value) {
+  const FaultPause pause;
   const std::lock_guard lock(mutex_);
   if (value.asString() != nullptr) strings_.emplace_back(value.asString());
   values_[{str(setting.group()), str(setting.name())}] = value;
@@ -74,6 +76,7 @@ std::string FakeSettings::text(const char* group, const char* key) const {
 }
 
 bool FakeContext::supportsFormat(String formatName) {
+  const FaultPause pause;
   asked.push_back(str(formatName));
   return answer;
 }
@@ -85,21 +88,25 @@ bool FakeHost::getValue(const Setting& setting, SettingValue& out) {
 }
 
 void FakeHost::setValue(const Setting& setting, const SettingValue& value) {
+  const FaultPause pause;
   settings.set(setting, value);
   calls.add("setValue " + pathOf(setting));
 }
 
 UID FakeHost::newUID() {
+  const FaultPause pause;
   calls.add("newUID");
   return nextUID++;
 }
 
 String FakeHost::preferredLanguage() {
+  const FaultPause pause;
   calls.add("preferredLanguage");
   return String(language.c_str());
 }
 
 Status FakeHost::announceStream(StreamInterface* stream) {
+  const FaultPause pause;
   calls.add("announce " + std::to_string(stream->streamUID()));
   auto& owner = streams[stream->streamUID()];
   if (owner.get() != stream) owner.reset(stream);
@@ -107,12 +114,14 @@ Status FakeHost::announceStream(StreamInterface* stream) {
 }
 
 Status FakeHost::withdrawStream(UID uid) {
+  const FaultPause pause;
   calls.add("withdraw " + std::to_string(uid));
   EXPECT_EQ(streams.erase(uid), 1U) << "withdrew a stream that the host does not own";
   return kGeneralFailure;
 }
 
 Status FakeHost::selectStream(UID uid, std::int32_t flag) {
+  const FaultPause pause;
   calls.add("select " + std::to_string(uid) + " " + std::to_string(flag));
   EXPECT_EQ(streams.count(uid), 1U) << "selected a stream that was not announced";
   return kGeneralFailure;
@@ -127,7 +136,9 @@ void FakeController::setValue(const Setting& setting, const SettingValue& /*valu
 }
 
 bool FakeController::registerConsumer(SettingConsumer* consumer) {
+  const FaultPause pause;
   calls.add("register");
+  const std::lock_guard lock(mutex_);
   if (std::find(consumers.begin(), consumers.end(), consumer) == consumers.end()) {
     consumers.push_back(consumer);
   }
@@ -135,7 +146,9 @@ bool FakeController::registerConsumer(SettingConsumer* consumer) {
 }
 
 bool FakeController::unregisterConsumer(SettingConsumer* consumer) {
+  const FaultPause pause;
   calls.add("unregister");
+  const std::lock_guard lock(mutex_);
   std::erase(consumers, consumer);
   return false;
 }
@@ -143,7 +156,12 @@ bool FakeController::unregisterConsumer(SettingConsumer* consumer) {
 void FakeController::change(const char* group, const char* key, const SettingValue* value,
                             MediaType mediaType) {
   const Setting setting(mediaType, group, key);
-  for (SettingConsumer* consumer : std::vector(consumers)) consumer->settingChanged(setting, value);
+  std::vector<SettingConsumer*> told;
+  {
+    const std::lock_guard lock(mutex_);
+    told = consumers;
+  }
+  for (SettingConsumer* consumer : told) consumer->settingChanged(setting, value);
 }
 
 void FakeController::changeRatio(std::uint32_t numerator, std::uint32_t denominator) {
@@ -222,6 +240,7 @@ StreamInterface* Engine::newestStream() const {
 std::string readOne(StreamInterface& stream) {
   MediaChunk* chunk = nullptr;
   const Status status = stream.readStream(&chunk);
+  const FaultPause pause;
   if (chunk == nullptr) return status == kSuccess ? "end" : status == -1 ? "wait" : "fail";
   EXPECT_EQ(status, kSuccess);
   EXPECT_EQ(chunk->chunkSize(), chunk->bufferSize());

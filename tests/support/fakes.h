@@ -86,7 +86,8 @@ class FakeHost : public Ombe::ContainerHost {
   std::map<Ombe::UID, std::unique_ptr<Ombe::StreamInterface>> streams;
 };
 
-/// Shares the host's settings; `change` stores and then tells the consumers.
+/// Shares the host's settings; `change` stores and then tells the consumers, without its lock. Any
+/// thread.
 class FakeController : public Ombe::SubtitleController {
  public:
   explicit FakeController(FakeSettings& settings) : settings_(settings) {}
@@ -111,6 +112,7 @@ class FakeController : public Ombe::SubtitleController {
   std::vector<Ombe::SettingConsumer*> consumers;
 
  private:
+  std::mutex mutex_;
   FakeSettings& settings_;
 };
 
@@ -118,6 +120,9 @@ struct FakeClock : Ombe::TimeSource {
   std::int32_t currentTime() override { return now; }
   std::atomic<std::int32_t> now{0};
 };
+
+/// The built plug-in's, which stays loaded, as it does in the engine.
+Ombe::EntryPoint entryPoint();
 
 /// The built plug-in's component with its interfaces; released on destruction.
 class Component {
