@@ -44,7 +44,7 @@ class SubtitleParserTemplate<Format>::OverlayStream : public StreamInterface {
   bool forward() const { return this->readSpeed() > 0; }
   MediaChunk* currentEntry() const;
   OwnedChunk copyEntry(MediaChunk& entry) const;
-  void logSeek() const;
+  void logSeek(std::int32_t found) const;
 
   ContainerInterface* container;
   TimeSource* timeSource = nullptr;

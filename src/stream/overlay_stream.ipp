@@ -88,17 +88,17 @@ Status SubtitleParserTemplate<Format>::OverlayStream::seekStream(std::uint32_t t
   }
   if (this->readSpeed() == 0) return kGeneralFailure;
   const SeekTarget target = forward() ? seekForward(entries, time) : seekBackward(entries, time);
+  logSeek(target.index);  // before the position moves, as in readStream
   index = target.index;
   if (out != nullptr) *out = target.time;
-  logSeek();
   return kSuccess;
 }
 
 template <typename Format>
-void SubtitleParserTemplate<Format>::OverlayStream::logSeek() const {
-  if (entries.holds(index)) {
+void SubtitleParserTemplate<Format>::OverlayStream::logSeek(std::int32_t found) const {
+  if (entries.holds(found)) {
     Logger::instance().log("Container", "seekStream", 723, "Subtitle Stream: seeked to %d",
-                           static_cast<int>(entries[index].timestamp));
+                           static_cast<int>(entries[found].timestamp));
   } else {
     Logger::instance().log("Container", "seekStream", 725, "Subtitle Stream: seeked to %s",
                            forward() ? "end" : "beginning");
