@@ -86,12 +86,12 @@ TEST(Tokenizer, SplitsAtRunsOfDelimitersAndReportsRoom) {
 std::string dumpOfSscanf(const std::string& line) {
   int first = 0;
   int last = 0;
-  std::string text(line.size() + 1, '\0');
+  std::vector<char> text(line.size() + 1);
   const int count = std::sscanf(line.c_str(), "{%d}{%d}%[^\r\n]\n", &first, &last, text.data());
   std::string dump = std::to_string(std::max(count, 0));
   if (count >= 1) dump += " " + std::to_string(first);
   if (count >= 2) dump += " " + std::to_string(last);
-  return count == 3 ? dump + " " + text.c_str() : dump;
+  return count == 3 ? dump + " " + text.data() : dump;
 }
 
 std::string dumpOfScan(const std::string& line) {

@@ -80,7 +80,7 @@ void MicroDVDParser::addEntry(const ScannedLine& line, std::string_view text) {
   entry->duration = frameToMilliseconds(line.lastFrame, rate_) - entry->timestamp;
   logEntry(*entry);
   entries_.append(entry.get());
-  entry.release();
+  static_cast<void>(entry.release());
 }
 
 }  // namespace Ombe

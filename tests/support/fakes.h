@@ -73,12 +73,22 @@ class FakeHost : public Ombe::ContainerHost {
   void reservedSlot##slot() override { ADD_FAILURE() << "host slot " #slot " was called"; }
   OMBE_RESERVED(5)
   OMBE_RESERVED(7)
-  OMBE_RESERVED(9) OMBE_RESERVED(10) OMBE_RESERVED(11) OMBE_RESERVED(12) OMBE_RESERVED(13)
-      OMBE_RESERVED(14) OMBE_RESERVED(15) OMBE_RESERVED(16) OMBE_RESERVED(17) OMBE_RESERVED(18)
-          OMBE_RESERVED(19) OMBE_RESERVED(20) OMBE_RESERVED(21)
+  OMBE_RESERVED(9)
+  OMBE_RESERVED(10)
+  OMBE_RESERVED(11)
+  OMBE_RESERVED(12)
+  OMBE_RESERVED(13)
+  OMBE_RESERVED(14)
+  OMBE_RESERVED(15)
+  OMBE_RESERVED(16)
+  OMBE_RESERVED(17)
+  OMBE_RESERVED(18)
+  OMBE_RESERVED(19)
+  OMBE_RESERVED(20)
+  OMBE_RESERVED(21)
 #undef OMBE_RESERVED
 
-              FakeSettings settings;
+  FakeSettings settings;
   CallLog calls;
   double offset = 0;
   Ombe::UID nextUID = 1;
@@ -99,12 +109,17 @@ class FakeController : public Ombe::SubtitleController {
   void reservedSlot##slot() override { ADD_FAILURE() << "controller slot " #slot " was called"; }
   OMBE_RESERVED(4)
   OMBE_RESERVED(5)
-  OMBE_RESERVED(6) OMBE_RESERVED(7) OMBE_RESERVED(8) OMBE_RESERVED(9) OMBE_RESERVED(10)
-      OMBE_RESERVED(11) OMBE_RESERVED(12)
+  OMBE_RESERVED(6)
+  OMBE_RESERVED(7)
+  OMBE_RESERVED(8)
+  OMBE_RESERVED(9)
+  OMBE_RESERVED(10)
+  OMBE_RESERVED(11)
+  OMBE_RESERVED(12)
 #undef OMBE_RESERVED
 
-          void change(const char* group, const char* key, const Ombe::SettingValue* value,
-                      Ombe::MediaType mediaType = Ombe::MediaType::kSubtitle);
+  void change(const char* group, const char* key, const Ombe::SettingValue* value,
+              Ombe::MediaType mediaType = Ombe::MediaType::kSubtitle);
   void changeRatio(std::uint32_t numerator, std::uint32_t denominator);
   void changeCodePage(const char* name);
 
