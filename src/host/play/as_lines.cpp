@@ -1,0 +1,68 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include "host/number_text.h"
+#include "host/play/performance.h"
+#include "host/play/player.h"
+#include "host/play/terminal.h"
+
+namespace Ombe {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::microseconds;
+
+std::string makeLine(const Caption& caption, ColourDepth depth) {
+  std::string line;
+  const auto appendTime = [&line](std::int64_t time) {
+    appendTimecode(
+        line, static_cast<std::uint32_t>(std::clamp<std::int64_t>(time, 0, Player::kEnd)), '.');
+  };
+  appendTime(caption.start);
+  line += " --> ";
+  appendTime(caption.end);
+  const char* separator = "  ";
+  for (const StyledLine& part : parseMarkup(caption.text)) {
+    line += separator;
+    for (const Span& span : part) appendStyled(line, span, depth);
+    separator = " | ";
+  }
+  return line + "\n";
+}
+
+/// Real time until something begins, or for a while, since the end of a subtitle is not announced.
+microseconds untilNext(const Player& player) {
+  constexpr std::int64_t kLongest = 50000;
+  const auto next = player.nextTime();
+  if (!next) return microseconds(kLongest);
+  const std::int64_t away = (*next - player.position()) * 1000 * 1000 / player.speed();
+  return microseconds(std::clamp<std::int64_t>(away, 0, kLongest));
+}
+
+}  // namespace
+
+void playAsLines(Session& session, const PlayOptions& options, ColourDepth depth) {
+  std::string lines;
+  bool begun = false;
+  Player player(session, [&](const Caption& caption) {
+    if (begun) lines += makeLine(caption, depth);
+  });
+  player.setSpeed(options.speed);
+  begun = true;
+  player.seek(options.start);
+  auto before = Clock::now();
+  for (;;) {
+    writeAll(STDOUT_FILENO, lines);
+    lines.clear();
+    if (player.isAtEnd()) return;
+    std::this_thread::sleep_for(untilNext(player));
+    const auto now = Clock::now();
+    player.advance(std::chrono::duration_cast<microseconds>(now - before));
+    before = now;
+  }
+}
+
+}  // namespace Ombe

@@ -1,0 +1,147 @@
+#include "host/play/controls.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+
+#include "host/number_text.h"
+#include "host/play/time_text.h"
+#include "host/utf8_scan.h"
+#include "host/visible_text.h"
+
+namespace Ombe {
+namespace {
+
+constexpr char kHelp[] =
+    "space pause  \u2190 \u2192 5 s  \u2191 \u2193 60 s  [ ] slower, faster  r reverse  f F frame "
+    "rate  c code page  o O offset -100, +100 ms  g go to a time  q quit";
+
+constexpr std::int32_t kSpeeds[] = {250, 500, 750, 1000, 1250, 1500, 2000, 4000, 8000, 16000};
+
+std::string timeText(std::int64_t milliseconds) {
+  std::string text;
+  appendTimecode(
+      text, static_cast<std::uint32_t>(std::clamp<std::int64_t>(milliseconds, 0, Player::kEnd)),
+      '.');
+  return text;
+}
+
+}  // namespace
+
+struct Controls::Binding {
+  KeyPress press;
+  void (*act)(Controls&);
+};
+
+const Controls::Binding Controls::kBindings[] = {
+    {{Key::kCharacter, ' '}, [](Controls& c) { c.player_.setPaused(!c.player_.isPaused()); }},
+    {{Key::kLeft}, [](Controls& c) { c.skip(-5000); }},
+    {{Key::kRight}, [](Controls& c) { c.skip(5000); }},
+    {{Key::kUp}, [](Controls& c) { c.skip(60000); }},
+    {{Key::kDown}, [](Controls& c) { c.skip(-60000); }},
+    {{Key::kCharacter, '['}, [](Controls& c) { c.changeSpeed(false); }},
+    {{Key::kCharacter, ']'}, [](Controls& c) { c.changeSpeed(true); }},
+    {{Key::kCharacter, 'r'}, [](Controls& c) { c.player_.setSpeed(-c.player_.speed()); }},
+    {{Key::kCharacter, 'f'}, [](Controls& c) { c.changeFrameRate(1); }},
+    {{Key::kCharacter, 'F'}, [](Controls& c) { c.changeFrameRate(-1); }},
+    {{Key::kCharacter, 'c'}, [](Controls& c) { c.changeCodePage(); }},
+    {{Key::kCharacter, 'o'}, [](Controls& c) { c.changeOffset(-100); }},
+    {{Key::kCharacter, 'O'}, [](Controls& c) { c.changeOffset(100); }},
+    {{Key::kCharacter, 'g'}, [](Controls& c) { c.typed_.emplace(); }},
+    {{Key::kCharacter, '?'}, [](Controls& c) { c.message_ = kHelp; }},
+    {{Key::kCharacter, 'q'}, [](Controls& c) { c.quit_ = true; }},
+};
+
+void Controls::press(KeyPress press) {
+  message_.clear();
+  if (typed_) {
+    pressInPrompt(press);
+    return;
+  }
+  for (const Binding& binding : kBindings) {
+    if (binding.press == press) binding.act(*this);
+  }
+}
+
+void Controls::pressInPrompt(KeyPress press) {
+  constexpr std::size_t kLongest = 16;
+  if (press.key == Key::kCharacter && typed_->size() < kLongest) {
+    *typed_ += press.character;
+  } else if (press.key == Key::kBackspace && !typed_->empty()) {
+    typed_->pop_back();
+  } else if (press.key == Key::kEnter) {
+    goToTyped();
+    typed_.reset();
+  } else if (press.key == Key::kEscape) {
+    typed_.reset();
+  }
+}
+
+void Controls::goToTyped() {
+  if (const auto time = parseTime(*typed_)) {
+    player_.seek(*time);
+  } else if (!typed_->empty()) {
+    message_ = "'" + *typed_ + "' is no time such as 90, 1:30 or 1:02:03.5";
+  }
+}
+
+void Controls::changeSpeed(bool faster) {
+  const std::int32_t speed = std::abs(player_.speed());
+  const auto* above = std::upper_bound(std::begin(kSpeeds), std::end(kSpeeds), speed);
+  const auto* from = std::lower_bound(std::begin(kSpeeds), std::end(kSpeeds), speed);
+  if (faster ? above == std::end(kSpeeds) : from == std::begin(kSpeeds)) return;
+  const std::int32_t next = faster ? *above : *std::prev(from);
+  player_.setSpeed(player_.speed() < 0 ? -next : next);
+}
+
+void Controls::changeFrameRate(int step) {
+  tuning_.stepFrameRate(step);
+  player_.refresh();
+}
+
+void Controls::changeCodePage() {
+  if (tuning_.stepCodePage()) {
+    player_.refresh();
+  } else {
+    message_ = "The file names its code page by a signature: its text is decoded for good";
+  }
+}
+
+void Controls::changeOffset(std::int32_t milliseconds) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  const std::int64_t offset = std::int64_t{player_.offset()} + milliseconds;
+  player_.setOffset(
+      static_cast<std::int32_t>(std::clamp<std::int64_t>(offset, Limits::min(), Limits::max())));
+}
+
+Frame Controls::frame() const {
+  Frame frame{{}, message_, status()};
+  for (const Caption* caption : player_.showing()) {
+    for (StyledLine& line : parseMarkup(caption->text)) frame.captions.push_back(std::move(line));
+    if (message_.empty() && !isUtf8(caption->text)) {
+      frame.message = "This text is not UTF-8: c tries the next code page";
+    }
+  }
+  if (typed_) frame.status = " go to: " + *typed_ + "_   (90, 1:30 or 1:02:03.5; Enter, Esc)";
+  return frame;
+}
+
+std::string Controls::status() const {
+  const char* state = "playing";
+  if (player_.isAtEnd()) {
+    state = player_.speed() < 0 ? "start" : "end";
+  } else if (player_.isPaused()) {
+    state = "paused";
+  }
+  const auto next = player_.nextTime();
+  std::string text =
+      fmt::format(" {} {}  {}x  next {}  rate {}  code page {}", state,
+                  timeText(player_.position()), player_.speed() / 1000.0,
+                  next ? timeText(*next) : "none", tuning_.frameRateName(), tuning_.codePageName());
+  if (player_.offset() != 0) text += fmt::format("  offset {:+} ms", player_.offset());
+  return visibleText(text);
+}
+
+}  // namespace Ombe

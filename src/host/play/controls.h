@@ -1,0 +1,44 @@
+// What keys do, and what is written around the subtitles.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "host/play/keys.h"
+#include "host/play/player.h"
+#include "host/play/screen.h"
+#include "host/play/tuning.h"
+
+namespace Ombe {
+
+/// The player's controls: takes key presses, makes the picture. Player and tuning must outlive it.
+/// One thread at a time.
+class Controls {
+ public:
+  Controls(Player& player, Tuning& tuning) : player_(player), tuning_(tuning) {}
+
+  void press(KeyPress press);
+  [[nodiscard]] bool wantsToQuit() const { return quit_; }
+  [[nodiscard]] Frame frame() const;
+
+ private:
+  struct Binding;
+  static const Binding kBindings[];
+
+  void pressInPrompt(KeyPress press);
+  void goToTyped();
+  void skip(std::int64_t milliseconds) { player_.seek(player_.position() + milliseconds); }
+  void changeSpeed(bool faster);
+  void changeFrameRate(int step);
+  void changeCodePage();
+  void changeOffset(std::int32_t milliseconds);
+  [[nodiscard]] std::string status() const;
+
+  Player& player_;
+  Tuning& tuning_;
+  bool quit_ = false;
+  std::string message_ = "? shows the keys";
+  std::optional<std::string> typed_;  // while a time is asked for
+};
+
+}  // namespace Ombe

@@ -1,0 +1,73 @@
+#include <unistd.h>
+
+#include <chrono>
+
+#include "host/play/controls.h"
+#include "host/play/performance.h"
+#include "host/play/terminal.h"
+
+namespace Ombe {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr milliseconds kTick{40};           // between pictures
+constexpr milliseconds kSequencePause{50};  // longer than any within the bytes of one key
+
+std::optional<milliseconds> longestWait(const Player& player, const KeyDecoder& keys) {
+  if (!player.isPaused() && !player.isAtEnd()) return kTick;
+  if (keys.isWaiting()) return kSequencePause;
+  return std::nullopt;
+}
+
+/// Draws when something is to be seen that was not there before.
+class Painter {
+ public:
+  Painter(const Terminal& terminal, ColourDepth depth) : terminal_(terminal), depth_(depth) {}
+
+  void paint(const Frame& frame, bool redraw) {
+    std::string picture = drawFrame(frame, terminal_.size(), depth_);
+    if (redraw || picture != shown_) writeAll(STDOUT_FILENO, picture);
+    shown_ = std::move(picture);
+  }
+
+ private:
+  const Terminal& terminal_;
+  ColourDepth depth_;
+  std::string shown_;
+};
+
+int runLoop(Player& player, Controls& controls, ColourDepth depth) {
+  Terminal terminal;
+  Painter painter(terminal, depth);
+  KeyDecoder keys;
+  Terminal::Wake wake;
+  auto before = Clock::now();
+  while (!controls.wantsToQuit() && !wake.isClosed) {
+    painter.paint(controls.frame(), wake.redraw);
+    wake = terminal.wait(longestWait(player, keys));
+    if (wake.endingSignal != 0) return wake.endingSignal;
+    const auto now = Clock::now();
+    if (!wake.wasStopped) {
+      player.advance(std::chrono::duration_cast<std::chrono::microseconds>(now - before));
+    }
+    before = now;
+    const auto presses = wake.bytes.empty() ? keys.flush() : keys.decode(wake.bytes);
+    for (const KeyPress& press : presses) controls.press(press);
+  }
+  return 0;
+}
+
+}  // namespace
+
+int playOnTerminal(Session& session, const PlayOptions& options, ColourDepth depth) {
+  Player player(session);
+  player.setSpeed(options.speed);
+  player.seek(options.start);
+  Tuning tuning(session.controller());
+  Controls controls(player, tuning);
+  return runLoop(player, controls, depth);
+}
+
+}  // namespace Ombe

@@ -1,0 +1,24 @@
+// Playing to somebody who watches.
+#pragma once
+
+#include <cstdint>
+
+#include "host/play/palette.h"
+#include "host/session.h"
+
+namespace Ombe {
+
+struct PlayOptions {
+  std::uint32_t start = 0;    ///< milliseconds
+  std::int32_t speed = 1000;  ///< thousandths of the normal speed
+  bool interactive = true;    ///< where there is a terminal
+};
+
+/// On the terminal, with keys, until somebody quits. Returns the signal that ended it, to be acted
+/// upon when everything is let go; 0 when there was none.
+int playOnTerminal(Session& session, const PlayOptions& options, ColourDepth depth);
+
+/// Writes a line to standard output whenever a subtitle begins, until the last has ended.
+void playAsLines(Session& session, const PlayOptions& options, ColourDepth depth);
+
+}  // namespace Ombe

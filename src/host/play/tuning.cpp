@@ -1,0 +1,74 @@
+#include "host/play/tuning.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "host/settings.h"
+
+namespace Ombe {
+namespace {
+
+double valueOf(Ratio ratio) { return double{ratio.numerator * 1.0} / ratio.denominator; }
+
+}  // namespace
+
+Tuning::Tuning(HostController& settings)
+    : settings_(settings),
+      // A zero part means the file's own rate, and lets the plug-in say what that is.
+      rates_{{"of the file", {0, 1}}, {"23.976", {24000, 1001}}, {"24", {24, 1}},
+             {"25", {25, 1}},         {"29.97", {30000, 1001}},  {"30", {30, 1}}},
+      codePages_{"windows-1250", "windows-1251", "windows-1252", "iso-8859-2",
+                 "IBM852",       "KOI8-R",       "IBM866",       "UTF-8"} {
+  findRate();
+  findCodePage();
+}
+
+void Tuning::findRate() {
+  SettingValue value;
+  if (!settings_.getValue(frameRateSetting(), value)) return;
+  const Ratio set = value.asRatio().value_or(Ratio{0, 1});
+  if (set.numerator == 0 || set.denominator == 0) return;
+  constexpr double kAlike = 0.001;
+  const auto found = std::find_if(rates_.begin(), rates_.end(), [set](const Rate& rate) {
+    return std::abs(valueOf(rate.ratio) - valueOf(set)) < kAlike;
+  });
+  rate_ = static_cast<std::size_t>(found - rates_.begin());
+  if (found == rates_.end()) rates_.push_back({fmt::format("{:.6g}", valueOf(set)), set});
+}
+
+void Tuning::findCodePage() {
+  SettingValue value;
+  const String* set = settings_.getValue(codePageSetting(), value) ? value.asString() : nullptr;
+  const std::string name(set == nullptr ? std::string_view() : view(*set));
+  const auto found = std::find(codePages_.begin(), codePages_.end(), name);
+  codePage_ = static_cast<std::size_t>(found - codePages_.begin());
+  if (found == codePages_.end()) codePages_.push_back(name);
+}
+
+void Tuning::stepFrameRate(int step) {
+  rate_ = (rate_ + rates_.size() + static_cast<std::size_t>(step)) % rates_.size();
+  settings_.setValue(frameRateSetting(), SettingValue::ratio(rates_[rate_].ratio));
+}
+
+bool Tuning::stepCodePage() {
+  if (isAutodetected()) return false;
+  codePage_ = (codePage_ + 1) % codePages_.size();
+  settings_.setValue(codePageSetting(),
+                     SettingValue::string(new String(codePages_[codePage_].c_str())));
+  return true;
+}
+
+std::string Tuning::codePageName() const {
+  const std::string& name = codePages_[codePage_];
+  if (name.empty()) return "none";
+  return isAutodetected() ? name + " (signature)" : name;
+}
+
+bool Tuning::isAutodetected() const {
+  SettingValue value;
+  return settings_.getValue(autodetectedSetting(), value) && value.asBoolean().value_or(false);
+}
+
+}  // namespace Ombe

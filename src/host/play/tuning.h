@@ -1,0 +1,42 @@
+// Settings that are changed while watching.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/host_controller.h"
+
+namespace Ombe {
+
+/// Steps through the usual frame rates and code pages, and through what was set at the beginning.
+/// Every step changes the setting, of which the controller, which must outlive this, tells the
+/// plug-in. One thread at a time.
+class Tuning {
+ public:
+  explicit Tuning(HostController& settings);
+
+  void stepFrameRate(int step);  ///< 1 or -1
+  /// False when the text does not depend on it, since a signature in the file has named its own.
+  bool stepCodePage();
+
+  [[nodiscard]] const std::string& frameRateName() const { return rates_[rate_].name; }
+  [[nodiscard]] std::string codePageName() const;
+  [[nodiscard]] bool isAutodetected() const;
+
+ private:
+  struct Rate {
+    std::string name;
+    Ratio ratio;
+  };
+
+  void findRate();
+  void findCodePage();
+
+  HostController& settings_;
+  std::vector<Rate> rates_;
+  std::size_t rate_ = 0;
+  std::vector<std::string> codePages_;
+  std::size_t codePage_ = 0;
+};
+
+}  // namespace Ombe
