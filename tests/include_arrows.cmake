@@ -8,7 +8,8 @@ set(stream_may engine container/subtitle_parser_template.h)
 set(microdvd_may text stream container engine)
 set(container_may stream text engine)
 set(plugin_may microdvd container stream engine)
-set(host_may engine microdvd/line_scan.h)
+set(host_may engine microdvd/line_scan.h microdvd/text_tokenizer.h microdvd/frame_rate.h
+  microdvd/style_codes.h)
 
 set(errors "")
 set(arrows 0)

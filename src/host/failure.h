@@ -14,18 +14,32 @@ enum class ExitCode : int {
   kNoPlugin = 3,    ///< the plug-in could not be loaded
 };
 
-/// Thrown where a command cannot go on; the message names the file and the step.
+/// Thrown where a command cannot go on; the message names the file and what is wrong.
 class Failure : public std::runtime_error {
  public:
-  Failure(ExitCode code, const std::string& message) : std::runtime_error(message), code_(code) {}
-  /// As above for one file: "FILE: what".
-  Failure(const std::string& file, const std::string& what)
-      : Failure(ExitCode::kRefused, file + ": " + what) {}
+  Failure(ExitCode code, const std::string& message)
+      : std::runtime_error(message),
+        code_(code),
+        step_(code == ExitCode::kNoPlugin ? "load" : "start"),
+        reason_(message) {}
+  /// For one file: "FILE: REASON". `step` is a word for what was being done, a literal.
+  Failure(const std::string& file, const char* step, const std::string& reason)
+      : std::runtime_error(file + ": " + reason),
+        code_(ExitCode::kRefused),
+        step_(step),
+        file_(file),
+        reason_(reason) {}
 
   [[nodiscard]] ExitCode code() const { return code_; }
+  [[nodiscard]] const char* step() const { return step_; }
+  [[nodiscard]] const std::string& file() const { return file_; }  ///< empty when it is of none
+  [[nodiscard]] const std::string& reason() const { return reason_; }
 
  private:
   ExitCode code_;
+  const char* step_;
+  std::string file_;
+  std::string reason_;
 };
 
 }  // namespace Ombe

@@ -61,11 +61,11 @@ bool Session::probe(const std::string& file) {
 
 void Session::open(const std::string& file) {
   if (!probe(file)) {
-    throw Failure(file, "not recognised: its first line does not read {first}{last}text");
+    throw Failure(file, "probe", "not recognised: its first line does not read {first}{last}text");
   }
   if (container_->open(MediaSource(toByteString(sourceUri(file)))) != kSuccess) {
     throw Failure(
-        file,
+        file, "open",
         "could not be opened: its name must end in .sub or .txt, and every line must read "
         "{first}{last}text");
   }
@@ -78,12 +78,12 @@ void Session::activate() {
   const UIDList programs = container_->getProgramUIDs();
   if (programs.head() == nullptr ||
       container_->activateProgram(programs.head()->value) != kSuccess) {
-    throw Failure(file_, "its program could not be activated");
+    throw Failure(file_, "activate", "its program could not be activated");
   }
   stream_ = host_.selectedStream();
-  if (stream_ == nullptr) throw Failure(file_, "the plug-in selected no stream of it");
+  if (stream_ == nullptr) throw Failure(file_, "activate", "the plug-in selected no stream of it");
   if (stream_->setTimeSource(&clock_) != kSuccess) {
-    throw Failure(file_, "its stream takes no clock");
+    throw Failure(file_, "activate", "its stream takes no clock");
   }
 }
 
@@ -99,7 +99,7 @@ void Session::readToEnd(const std::function<void(const Chunk&)>& take) {
   for (;;) {
     Chunk chunk;
     // The clock stands still: what is not due now never will be, so asking again is no use.
-    if (read(chunk) != kSuccess) throw Failure(file_, "reading stopped before the end");
+    if (read(chunk) != kSuccess) throw Failure(file_, "deliver", "reading stopped before the end");
     if (!chunk) return;
     take(chunk);
   }
@@ -108,7 +108,7 @@ void Session::readToEnd(const std::function<void(const Chunk&)>& take) {
 void Session::check(const std::string& file) const {
   requireReadable(file);
   if (options_.codePage && !isKnownCodePage(*options_.codePage)) {
-    throw Failure(file, "unknown code page '" + *options_.codePage + "'");
+    throw Failure(file, "convert", "unknown code page '" + *options_.codePage + "'");
   }
 }
 

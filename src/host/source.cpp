@@ -21,9 +21,10 @@ void requireReadable(const std::string& file) {
   } else if (fs::is_directory(file, error)) {
     error = std::make_error_code(std::errc::is_a_directory);
   }
-  if (error) throw Failure(file, "cannot be read: " + error.message());
+  if (error) throw Failure(file, "read", "cannot be read: " + error.message());
   if (!isUtf8(fs::absolute(file).string())) {
-    throw Failure(file, "its path is not UTF-8, so no URI can name it: rename the file or folder");
+    throw Failure(file, "read",
+                  "its path is not UTF-8, so no URI can name it: rename the file or folder");
   }
 }
 

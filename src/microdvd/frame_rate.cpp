@@ -42,11 +42,6 @@ std::optional<FrameRate> readFraction(const char* text) {
 
 }  // namespace
 
-const Setting& frameRateSetting() {
-  static const Setting setting(MediaType::kSubtitle, "FrameRate", "Ratio");
-  return setting;
-}
-
 std::uint32_t frameToMilliseconds(std::int32_t frame, FrameRate rate) {
   const std::uint64_t unsignedFrame = static_cast<std::uint32_t>(frame);
   return static_cast<std::uint32_t>(unsignedFrame * rate.denominator * 1000 / rate.numerator);

@@ -4,8 +4,6 @@
 #include <cstdint>
 #include <optional>
 
-#include "ombe_core/setting.h"
-
 namespace Ombe {
 
 /// Frames per second as numerator over denominator; unset while either is 0.
@@ -21,9 +19,6 @@ struct FrameRate {
 
 /// What a file without a stated rate is taken to have, about 23.976.
 inline constexpr FrameRate kDefaultFrameRate{24000, 1001};
-
-/// ("FrameRate", "Ratio"): the rate that the user chose. Built once, any thread.
-const Setting& frameRateSetting();
 
 /// Start of a frame in milliseconds. The frame's 32 bits count as unsigned; products wrap at 2^64
 /// and the quotient at 2^32. The rate is set.

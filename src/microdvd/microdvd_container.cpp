@@ -5,6 +5,7 @@
 
 #include "container/program.ipp"
 #include "container/subtitle_parser_template.ipp"
+#include "microdvd/frame_rate_setting.h"
 #include "stream/overlay_stream.ipp"
 #include "stream/stream_registry.ipp"
 
@@ -39,7 +40,7 @@ std::int32_t MicroDVDContainer::findMediaTypeRank(const ByteString& name) {
 
 void MicroDVDContainer::settingChanged(const Setting& setting, const SettingValue* value) {
   const Lock lock(mutex);
-  if (value != nullptr && setting == frameRateSetting()) {
+  if (value != nullptr && setting == frameRateRatioSetting()) {
     if (const auto wanted = value->asRatio()) changeFrameRate(*wanted);
   }
   SubtitleParserTemplate::settingChanged(setting, value);

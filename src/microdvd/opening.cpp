@@ -3,6 +3,7 @@
 #include <string_view>
 #include <utility>
 
+#include "microdvd/frame_rate_setting.h"
 #include "microdvd/microdvd_container.h"
 #include "microdvd/microdvd_parser.h"
 #include "ombe_core/media_source.h"
@@ -56,7 +57,7 @@ Status MicroDVDContainer::open(const MediaSource& source) {
 /// Unset when the user chose none, or one with a zero part.
 FrameRate MicroDVDContainer::rateFromSetting() const {
   SettingValue value;
-  if (!host->getValue(frameRateSetting(), value)) return {};
+  if (!host->getValue(frameRateRatioSetting(), value)) return {};
   const auto ratio = value.asRatio();
   return ratio ? FrameRate{ratio->numerator, ratio->denominator} : FrameRate{};
 }
