@@ -1,0 +1,41 @@
+# What `cmake --install` puts where. Everything finds the rest by relative paths, so an installed
+# tree may be moved as a whole. Components: Runtime runs ombe, Development is for those who build
+# plug-ins or hosts.
+include(CMakePackageConfigHelpers)
+
+set(OMBE_PLUGINS_DIR "${CMAKE_INSTALL_LIBDIR}/ombe")
+set(OMBE_ZSH_COMPLETIONS_DIR "${CMAKE_INSTALL_DATADIR}/zsh/site-functions"
+  CACHE PATH "Where completions for zsh go")
+
+install(TARGETS ombe RUNTIME COMPONENT Runtime)
+install(TARGETS microdvd LIBRARY DESTINATION "${OMBE_PLUGINS_DIR}" COMPONENT Runtime)
+install(TARGETS ombe_core EXPORT ombe_core
+  LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development)
+install(DIRECTORY src/engine/ombe_core DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+  COMPONENT Development FILES_MATCHING PATTERN "*.h")
+
+# For find_package.
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/ombe_core")
+install(EXPORT ombe_core NAMESPACE ombe_core:: FILE ombe_coreTargets.cmake
+  DESTINATION "${package_dir}" COMPONENT Development)
+configure_package_config_file(cmake/ombe_coreConfig.cmake.in ombe_coreConfig.cmake
+  INSTALL_DESTINATION "${package_dir}" PATH_VARS OMBE_PLUGINS_DIR)
+write_basic_package_version_file(ombe_coreConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/ombe_coreConfig.cmake"
+              "${PROJECT_BINARY_DIR}/ombe_coreConfigVersion.cmake"
+  DESTINATION "${package_dir}" COMPONENT Development)
+
+# For pkg-config.
+file(RELATIVE_PATH PREFIX_FROM_PKGCONFIG
+  "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
+file(RELATIVE_PATH INCLUDES_FROM_PREFIX
+  "${CMAKE_INSTALL_PREFIX}" "${CMAKE_INSTALL_FULL_INCLUDEDIR}")
+file(RELATIVE_PATH LIBRARIES_FROM_PREFIX
+  "${CMAKE_INSTALL_PREFIX}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+string(REGEX REPLACE "/$" "" PREFIX_FROM_PKGCONFIG "${PREFIX_FROM_PKGCONFIG}")
+configure_file(cmake/ombe_core.pc.in ombe_core.pc @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/ombe_core.pc"
+  DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT Development)
+
+install(FILES README.md CHANGELOG.md LICENSE
+  DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Runtime OPTIONAL)

@@ -1,0 +1,87 @@
+// Recognising an MPL2 file and reading it into a stream.
+#include <cstring>
+#include <memory>
+#include <utility>
+
+#include "mpl2/mpl2_container.h"
+#include "mpl2/mpl2_line.h"
+#include "ombe_core/media_source.h"
+#include "ombe_core/plugin_context.h"
+#include "stream/text_chunk.h"
+#include "text/file_reader.h"
+#include "text/source_path.h"
+
+namespace Ombe {
+namespace {
+
+/// Entries that are being made; released unless a stream took them.
+class NewEntries {
+ public:
+  explicit NewEntries(IBufferAllocator& allocator) : allocator_(allocator) {}
+  ~NewEntries() {
+    for (MediaChunk* entry : list) allocator_.deleteChunk(entry);
+  }
+  NewEntries(const NewEntries&) = delete;
+  NewEntries& operator=(const NewEntries&) = delete;
+
+  void add(const Mpl2Line& line) {
+    const auto size = static_cast<std::uint32_t>(line.text.size());
+    std::unique_ptr<unsigned char[]> copy(new unsigned char[size]);
+    if (size != 0) std::memcpy(copy.get(), line.text.data(), size);
+    OwnedChunk entry = createTextChunk(allocator_, std::move(copy), size);
+    entry->timestamp = line.startMs;
+    entry->duration = line.endMs - line.startMs;
+    list.append(entry.get());
+    static_cast<void>(entry.release());
+  }
+
+  EntryList list;
+
+ private:
+  IBufferAllocator& allocator_;
+};
+
+}  // namespace
+
+/// Judges by the first line; the whole file is read, since a head of it may end inside a character.
+bool Mpl2Container::probe(const MediaSource& source, std::int32_t /*reserved1*/,
+                          std::int32_t /*reserved2*/, FormatRequirementList* missing) {
+  ByteString path;
+  ByteString text;
+  if (uriToFilePath(source.getUri(), path) != kSuccess ||
+      !readDecodedText(host, path, &text, kWholeFile)) {
+    return false;
+  }
+  std::string_view rest = view(text);
+  PluginContext* context = getPluginContext();
+  if (!parseMpl2Line(takeLine(rest)) || context == nullptr) return false;
+  FormatRequirement format = FormatRequirement::text();
+  defaultCodePage(format.name);
+  if (context->supportsFormat(format.name)) return true;
+  if (missing != nullptr) missing->push_back(format);
+  return false;
+}
+
+Status Mpl2Container::open(const MediaSource& source) {
+  const Lock lock(mutex);
+  ByteString path;
+  ByteString text;
+  if (host == nullptr || uriToFilePath(source.getUri(), path) != kSuccess ||
+      !readSubtitleText(path, text, kWholeFile)) {
+    return kGeneralFailure;
+  }
+  NewEntries entries(*allocator);
+  std::string_view rest = view(text);
+  for (std::string_view line = takeLine(rest); !line.empty(); line = takeLine(rest)) {
+    const auto parsed = parseMpl2Line(line);
+    if (!parsed) return kGeneralFailure;
+    entries.add(*parsed);
+  }
+  if (entries.list.empty()) return kGeneralFailure;
+  addStream(entries.list, ByteString(), String(), String());
+  entries.list = {};  // the stream's now
+  sourcePath = std::move(path);
+  return kSuccess;
+}
+
+}  // namespace Ombe
