@@ -7,6 +7,9 @@ set(OMBE_PLUGINS_DIR "${CMAKE_INSTALL_LIBDIR}/ombe")
 set(OMBE_ZSH_COMPLETIONS_DIR "${CMAKE_INSTALL_DATADIR}/zsh/site-functions"
   CACHE PATH "Where completions for zsh go")
 
+# The headers use C++20.
+target_compile_features(ombe_core INTERFACE cxx_std_20)
+
 install(TARGETS ombe RUNTIME COMPONENT Runtime)
 install(TARGETS microdvd LIBRARY DESTINATION "${OMBE_PLUGINS_DIR}" COMPONENT Runtime)
 install(TARGETS ombe_core EXPORT ombe_core
@@ -39,3 +42,7 @@ install(FILES "${PROJECT_BINARY_DIR}/ombe_core.pc"
 
 install(FILES README.md CHANGELOG.md LICENSE
   DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Runtime OPTIONAL)
+
+# Descriptions of the command line, made by the program itself.
+install(FILES "${PROJECT_BINARY_DIR}/share/man/man1/ombe.1"
+  DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT Runtime OPTIONAL)

@@ -78,7 +78,8 @@ Status Mpl2Container::open(const MediaSource& source) {
     entries.add(*parsed);
   }
   if (entries.list.empty()) return kGeneralFailure;
-  addStream(entries.list, ByteString(), String(), String());
+  const std::string_view name = view(path).substr(view(path).rfind('/') + 1);
+  addStream(entries.list, toByteString(name), String(), String());
   entries.list = {};  // the stream's now
   sourcePath = std::move(path);
   return kSuccess;
