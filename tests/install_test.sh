@@ -1,13 +1,13 @@
 #!/bin/sh
 # Installs the build into a folder, moves that elsewhere, and uses it as strangers do: runs ombe, and
 # builds a plug-in outside the tree with the CMake package and with pkg-config.
-#   install_test.sh CMAKE BUILD CXX EXAMPLES SAMPLE
+#   install_test.sh CMAKE BUILD CXX FLAGS EXAMPLES SAMPLE
 set -eu
-cmake=$1 build=$2 cxx=$3 examples=$4 sample=$5
+cmake=$1 build=$2 cxx=$3 flags=$4 examples=$5 sample=$6
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 unset OMBE_PLUGIN_PATH PKG_CONFIG_PATH LD_LIBRARY_PATH DESTDIR
-export HOME="$folder/home"
+export HOME="$folder/home" CXXFLAGS="$flags"
 
 fail() {
   printf 'FAILED: %s\n' "$*"
@@ -50,7 +50,7 @@ inspected CMake "$folder/by cmake/standalone.so"
 "$cmake" --install "$folder/by cmake" >/dev/null
 inspected 'CMake and installed' "$plugins/standalone.so"
 
-eval "'$cxx' -std=c++20 -fPIC -shared -fvisibility=hidden '$examples/standalone/standalone.cpp' \
+eval "'$cxx' $flags -std=c++20 -fPIC -shared -fvisibility=hidden '$examples/standalone/standalone.cpp' \
   -o '$folder/by-pkg-config.so' $(pkg-config --cflags --libs ombe_core)"
 inspected pkg-config "$folder/by-pkg-config.so"
 printf 'installed, moved, used\n'

@@ -27,6 +27,10 @@ same 'export' "$work/out" <<'END'
 {"timestamp": 7150, "duration": 0, "text": ""}
 END
 
+# In time, though not in real time.
+"$ombe" play --no-interactive --speed 1000 "$folder/harbour.txt" --plugin "$plugin" >"$work/out"
+grep -q '00:00:04.500.*ferry' "$work/out" || { printf 'FAILED: play\n'; exit 1; }
+
 # The container template brings the code pages along.
 printf '[10][20]Za p\363\237no\n' >"$work/old.txt"
 "$ombe" export -f jsonl --code-page windows-1250 "$work/old.txt" --plugin "$plugin" >"$work/out"
