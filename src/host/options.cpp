@@ -1,11 +1,15 @@
 #include "host/options.h"
 
 #include <CLI/CLI.hpp>
+#include <cmath>
 #include <iostream>
 
 #include "host/commands/commands.h"
+#include "host/completion.h"
 #include "host/frame_rate.h"
 #include "host/messages.h"
+#include "host/play/player.h"
+#include "host/play/time_text.h"
 #include "host/subtitle_writer.h"
 
 namespace Ombe {
@@ -47,7 +51,10 @@ CLI::App& addCommand(CLI::App& app, Options& options, const char* name, const ch
 }
 
 void addFile(CLI::App& command, Options& options, bool several) {
-  command.add_option("FILE", options.files, several ? "Subtitle files" : "Subtitle file")
+  command
+      .add_option(
+          "FILE", options.files,
+          several ? "Subtitle files; - is standard input" : "Subtitle file; - is standard input")
       ->required()
       ->type_name("")
       ->expected(1, several ? CLI::detail::expected_max_vector_size : 1);
@@ -71,17 +78,110 @@ void addInfo(CLI::App& app, Options& options) {
 
 void addExport(CLI::App& app, Options& options) {
   CLI::App& command =
-      addCommand(app, options, "export", "Write the subtitles of a file in another format",
-                 runExport, "ombe export movie.sub --frame-rate 23.976 -o movie.srt");
-  addFile(command, options, false);
+      addCommand(app, options, "export", "Write subtitles in another format", runExport,
+                 "ombe export movie.sub --frame-rate 23.976 -o movie.srt\n"
+                 "         ombe export -f vtt films/ -o out/");
+  command
+      .add_option("FILE", options.files, "Subtitle files and folders of them; - is standard input")
+      ->required()
+      ->type_name("");
   command.add_option("-f,--format", options.format, "Format to write")
       ->check(CLI::IsMember(writerNames()))
       ->capture_default_str()
       ->type_name("FORMAT");
-  command.add_option("-o,--output", options.output, "File to write; - is standard output")
+  command
+      .add_option("-o,--output", options.output,
+                  "File to write, or folder for several; - is standard output")
       ->capture_default_str()
       ->type_name("OUT");
+  command.add_option("-j,--jobs", options.jobs, "Files to write at once")
+      ->check(CLI::Range(1, 64))
+      ->type_name("N");
   addSourceOptions(command, options);
+}
+
+void addColor(CLI::App& command, Options& options) {
+  const auto store = [&options](const std::string& text) {
+    options.color = text == "always"  ? ColorMode::kAlways
+                    : text == "never" ? ColorMode::kNever
+                                      : ColorMode::kAuto;
+  };
+  command.add_option_function<std::string>("--color", store, "Use colours: auto, always, never")
+      ->check(CLI::IsMember({"auto", "always", "never"}))
+      ->type_name("WHEN");
+}
+
+void addStart(CLI::App& command, PlayOptions& options) {
+  const auto store = [&options](const std::string& text) {
+    const auto time = parseTime(text);
+    if (!time) {
+      throw CLI::ValidationError("--start",
+                                 "'" + text + "' is no time such as 90, 1:30 or 1:02:03.5");
+    }
+    options.start = *time;
+  };
+  command.add_option_function<std::string>("--start", store, "Where to begin")->type_name("TIME");
+}
+
+void addSpeed(CLI::App& command, PlayOptions& options) {
+  const auto store = [&options](double factor) {
+    // As thousandths, it must be at least one and fit where the stream takes it.
+    if (!(factor >= 0.001 && factor <= 1e6)) {
+      throw CLI::ValidationError("--speed", "must be between 0.001 and 1000000");
+    }
+    options.speed = static_cast<std::int32_t>(std::lround(factor * Player::kNormalSpeed));
+  };
+  command.add_option_function<double>("--speed", store, "Times the normal speed: 0.25, 2")
+      ->type_name("X");
+}
+
+void addPlay(CLI::App& app, Options& options) {
+  CLI::App& command = addCommand(app, options, "play", "Play the subtitles in the terminal",
+                                 runPlay, "ombe play movie.sub --start 1:30");
+  addFile(command, options, false);
+  addStart(command, options.play);
+  addSpeed(command, options.play);
+  command.add_flag_callback(
+      "--no-interactive", [&options] { options.play.interactive = false; },
+      "Print lines, without keys");
+  addColor(command, options);
+  addSourceOptions(command, options);
+}
+
+void addCheck(CLI::App& app, Options& options) {
+  CLI::App& command =
+      addCommand(app, options, "check", "Say whether files will play, and if not, why and where",
+                 runCheck, "ombe check movie.sub --code-page windows-1250");
+  addFile(command, options, true);
+  command.add_option("--limit", options.limit, "Findings of a kind to show; 0 shows all")
+      ->capture_default_str()
+      ->type_name("N");
+  command.add_flag("--json", options.json, "Write JSON");
+  addColor(command, options);
+  addSourceOptions(command, options);
+}
+
+void addInspect(CLI::App& app, Options& options) {
+  CLI::App& command = addCommand(app, options, "inspect", "Show what a plug-in says of itself",
+                                 runInspect, "ombe inspect ./microdvd.so --json");
+  command.add_option("PLUGIN", options.session.plugin, "Plug-in, or folder that it is in")
+      ->type_name("");
+  command.add_flag("--json", options.json, "Write JSON");
+}
+
+void addCompletion(CLI::App& app, Options& options) {
+  CLI::App& command = addCommand(
+      app, options, "completion", "Write the script by which a shell completes ombe", runCompletion,
+      "ombe completion bash >~/.local/share/bash-completion/completions/ombe");
+  command.add_option("SHELL", options.shell, "Shell")
+      ->required()
+      ->check(CLI::IsMember(completionShells()))
+      ->type_name("");
+}
+
+/// For the build, so it is not shown.
+void addMan(CLI::App& app, Options& options) {
+  addCommand(app, options, "man", "Write the manual page", runMan, "ombe man | man -l -").group("");
 }
 
 }  // namespace
@@ -95,6 +195,11 @@ std::unique_ptr<CLI::App> makeCommandLine(Options& options) {
   addProbe(*app, options);
   addInfo(*app, options);
   addExport(*app, options);
+  addPlay(*app, options);
+  addCheck(*app, options);
+  addInspect(*app, options);
+  addCompletion(*app, options);
+  addMan(*app, options);
   return app;
 }
 

@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "host/color_choice.h"
 #include "host/failure.h"
+#include "host/play/performance.h"
 #include "host/session.h"
 
 namespace CLI {
@@ -21,7 +23,12 @@ struct Options {
   std::vector<std::string> files;
   std::string format = "srt";
   std::string output = "-";
+  std::size_t jobs = 0;    ///< threads; 0 for as many as there are processors
+  std::size_t limit = 20;  ///< findings of a kind to show; 0 for all
+  std::string shell;
   bool json = false;
+  ColorMode color = ColorMode::kAuto;
+  PlayOptions play;
   /// The command, once one was named.
   ExitCode (*run)(const Options&) = nullptr;
 };

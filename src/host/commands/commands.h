@@ -12,5 +12,11 @@ struct Options;
 ExitCode runProbe(const Options& options);
 ExitCode runInfo(const Options& options);
 ExitCode runExport(const Options& options);
+ExitCode runCheck(const Options& options);
+ExitCode runInspect(const Options& options);
+ExitCode runCompletion(const Options& options);
+/// Writes the manual page.
+ExitCode runMan(const Options& options);
+ExitCode runPlay(const Options& options);
 
 }  // namespace Ombe

@@ -120,8 +120,8 @@ Frame Controls::frame() const {
   Frame frame{{}, message_, status()};
   for (const Caption* caption : player_.showing()) {
     for (StyledLine& line : parseMarkup(caption->text)) frame.captions.push_back(std::move(line));
-    if (message_.empty() && !isUtf8(caption->text)) {
-      frame.message = "This text is not UTF-8: c tries the next code page";
+    if (message_.empty() && !tuning_.isAutodetected() && !isUtf8(caption->text)) {
+      frame.message = "This text is not UTF-8: c tries " + tuning_.nextCodePageName();
     }
   }
   if (typed_) frame.status = " go to: " + *typed_ + "_   (90, 1:30 or 1:02:03.5; Enter, Esc)";
@@ -136,11 +136,10 @@ std::string Controls::status() const {
     state = "paused";
   }
   const auto next = player_.nextTime();
-  std::string text =
-      fmt::format(" {} {}  {}x  next {}  rate {}  code page {}", state,
-                  timeText(player_.position()), player_.speed() / 1000.0,
-                  next ? timeText(*next) : "none", tuning_.frameRateName(), tuning_.codePageName());
-  if (player_.offset() != 0) text += fmt::format("  offset {:+} ms", player_.offset());
+  std::string text = fmt::format(
+      " {} {}  {}x  next {}  {}  {}", state, timeText(player_.position()), player_.speed() / 1000.0,
+      next ? timeText(*next) : "none", tuning_.frameRateName(), tuning_.codePageName());
+  if (player_.offset() != 0) text += fmt::format("  {:+} ms", player_.offset());
   return visibleText(text);
 }
 

@@ -65,7 +65,7 @@ int playOnTerminal(Session& session, const PlayOptions& options, ColourDepth dep
   Player player(session);
   player.setSpeed(options.speed);
   player.seek(options.start);
-  Tuning tuning(session.controller());
+  Tuning tuning(session.controller(), options.likelyCodePages);
   Controls controls(player, tuning);
   return runLoop(player, controls, depth);
 }

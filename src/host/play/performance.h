@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "host/play/palette.h"
 #include "host/session.h"
@@ -9,9 +11,10 @@
 namespace Ombe {
 
 struct PlayOptions {
-  std::uint32_t start = 0;    ///< milliseconds
-  std::int32_t speed = 1000;  ///< thousandths of the normal speed
-  bool interactive = true;    ///< where there is a terminal
+  std::uint32_t start = 0;                        ///< milliseconds
+  std::int32_t speed = 1000;                      ///< thousandths of the normal speed
+  bool interactive = true;                        ///< where there is a terminal
+  std::vector<std::string> likelyCodePages = {};  ///< guesses, to be offered
 };
 
 /// On the terminal, with keys, until somebody quits. Returns the signal that ended it, to be acted

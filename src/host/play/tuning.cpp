@@ -14,13 +14,18 @@ double valueOf(Ratio ratio) { return double{ratio.numerator * 1.0} / ratio.denom
 
 }  // namespace
 
-Tuning::Tuning(HostController& settings)
+Tuning::Tuning(HostController& settings, const std::vector<std::string>& likely)
     : settings_(settings),
       // A zero part means the file's own rate, and lets the plug-in say what that is.
-      rates_{{"of the file", {0, 1}}, {"23.976", {24000, 1001}}, {"24", {24, 1}},
-             {"25", {25, 1}},         {"29.97", {30000, 1001}},  {"30", {30, 1}}},
-      codePages_{"windows-1250", "windows-1251", "windows-1252", "iso-8859-2",
-                 "IBM852",       "KOI8-R",       "IBM866",       "UTF-8"} {
+      rates_{{"file's rate", {0, 1}}, {"23.976 fps", {24000, 1001}}, {"24 fps", {24, 1}},
+             {"25 fps", {25, 1}},     {"29.97 fps", {30000, 1001}},  {"30 fps", {30, 1}}},
+      codePages_(likely) {
+  for (const char* usual : {"windows-1250", "windows-1251", "windows-1252", "ISO-8859-2", "IBM852",
+                            "KOI8-R", "IBM866", "UTF-8"}) {
+    if (std::find(likely.begin(), likely.end(), usual) == likely.end()) {
+      codePages_.emplace_back(usual);
+    }
+  }
   findRate();
   findCodePage();
 }
@@ -35,7 +40,7 @@ void Tuning::findRate() {
     return std::abs(valueOf(rate.ratio) - valueOf(set)) < kAlike;
   });
   rate_ = static_cast<std::size_t>(found - rates_.begin());
-  if (found == rates_.end()) rates_.push_back({fmt::format("{:.6g}", valueOf(set)), set});
+  if (found == rates_.end()) rates_.push_back({fmt::format("{:.6g} fps", valueOf(set)), set});
 }
 
 void Tuning::findCodePage() {
@@ -54,7 +59,7 @@ void Tuning::stepFrameRate(int step) {
 
 bool Tuning::stepCodePage() {
   if (isAutodetected()) return false;
-  codePage_ = (codePage_ + 1) % codePages_.size();
+  codePage_ = nextCodePage();
   settings_.setValue(codePageSetting(),
                      SettingValue::string(new String(codePages_[codePage_].c_str())));
   return true;
@@ -62,7 +67,7 @@ bool Tuning::stepCodePage() {
 
 std::string Tuning::codePageName() const {
   const std::string& name = codePages_[codePage_];
-  if (name.empty()) return "none";
+  if (name.empty()) return "no code page";
   return isAutodetected() ? name + " (signature)" : name;
 }
 

@@ -13,7 +13,8 @@ namespace Ombe {
 /// plug-in. One thread at a time.
 class Tuning {
  public:
-  explicit Tuning(HostController& settings);
+  /// Of the code pages, those that are `likely` come first.
+  Tuning(HostController& settings, const std::vector<std::string>& likely);
 
   void stepFrameRate(int step);  ///< 1 or -1
   /// False when the text does not depend on it, since a signature in the file has named its own.
@@ -21,6 +22,7 @@ class Tuning {
 
   [[nodiscard]] const std::string& frameRateName() const { return rates_[rate_].name; }
   [[nodiscard]] std::string codePageName() const;
+  [[nodiscard]] const std::string& nextCodePageName() const { return codePages_[nextCodePage()]; }
   [[nodiscard]] bool isAutodetected() const;
 
  private:
@@ -29,6 +31,7 @@ class Tuning {
     Ratio ratio;
   };
 
+  [[nodiscard]] std::size_t nextCodePage() const { return (codePage_ + 1) % codePages_.size(); }
   void findRate();
   void findCodePage();
 

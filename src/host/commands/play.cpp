@@ -1,0 +1,65 @@
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <string_view>
+
+#include "host/code_page.h"
+#include "host/commands/commands.h"
+#include "host/messages.h"
+#include "host/options.h"
+#include "host/session.h"
+#include "host/utf8_scan.h"
+
+namespace Ombe {
+namespace {
+
+std::string_view environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::string_view() : std::string_view(value);
+}
+
+bool isScreen() {
+  return ::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0 &&
+         environment("TERM") != "dumb";
+}
+
+/// Guesses for a file that needs a code page and got none.
+std::vector<std::string> findLikelyCodePages(Session& session) {
+  constexpr std::size_t kEnough = std::size_t{1} << 16;
+  std::string garbled;
+  session.readToEnd([&garbled](const Chunk& chunk) {
+    if (garbled.size() < kEnough && !isUtf8(chunk.text())) garbled.append(chunk.text()) += '\n';
+  });
+  return garbled.empty() ? std::vector<std::string>() : likelyCodePages(garbled);
+}
+
+/// The signal that ended it, or 0. Everything is let go of on return.
+int run(const Options& options) {
+  const bool onTerminal = options.play.interactive && isScreen();
+  ColourDepth depth = onTerminal ? ColourDepth::kNoColour : ColourDepth::kNoStyle;
+  if (wantsColor(options.color, STDOUT_FILENO)) {
+    depth = terminalColourDepth(environment("COLORTERM"), environment("TERM"));
+  }
+  const std::string& file = options.files.front();
+  PlayOptions play = options.play;
+  Session session(options.session);
+  session.open(file);
+  if (!options.session.codePage) play.likelyCodePages = findLikelyCodePages(session);
+  if (onTerminal) return playOnTerminal(session, play, depth);
+  if (!play.likelyCodePages.empty()) {
+    reportError(file + ": not UTF-8: try --code-page " + play.likelyCodePages.front());
+  }
+  playAsLines(session, play, depth);
+  return 0;
+}
+
+}  // namespace
+
+ExitCode runPlay(const Options& options) {
+  // Whoever sent the signal is to see that it was what ended the program.
+  if (const int signal = run(options); signal != 0) static_cast<void>(std::raise(signal));
+  return ExitCode::kDone;
+}
+
+}  // namespace Ombe
