@@ -53,7 +53,7 @@ class Session {
     if (operation == 6) return static_cast<void>(container_->deactivate(script.number() % 4 != 0));
     if (host_.streams().empty()) return;
     StreamInterface& stream = *host_.streams().rbegin()->second;
-    const std::int32_t number = script.number<std::int8_t>();
+    const std::int32_t number = script.number() - 128;
     if (operation == 7) require(stream.setReadSpeed(number), "every speed is accepted");
     if (operation == 8) require(stream.resetStream() == kSuccess, "a reset succeeds");
     if (operation == 9) seek(stream, static_cast<std::uint32_t>(number * number * number));

@@ -18,8 +18,8 @@ std::string translated(const std::string& text) {
   std::string shown = text.substr(brace + 1);
   if (lower(text[1]) == 'y' && brace <= 5) {
     for (std::size_t i = 3; i < brace; ++i) {
-      if (lower(text[i]) == 'i') shown = "<i>" + shown + "</i>";
-      if (lower(text[i]) == 'b') shown = "<b>" + shown + "</B>";
+      if (lower(text[i]) == 'i') shown.insert(0, "<i>").append("</i>");
+      if (lower(text[i]) == 'b') shown.insert(0, "<b>").append("</B>");
     }
     return shown;
   }
