@@ -1,0 +1,23 @@
+# Run by CPack on the tree that becomes the Debian package: gives it the documents that Debian asks
+# for. The program holds code of header-only libraries, whose licenses want to be shown: they are
+# taken from the packages that it was built with.
+set(documents "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/share/doc/ombe")
+
+file(READ "${CPACK_OMBE_SOURCE_DIR}/LICENSE" copyright)
+foreach(package IN ITEMS libcli11-dev nlohmann-json3-dev libfmt-dev)
+  file(READ "/usr/share/doc/${package}/copyright" text)
+  string(APPEND copyright
+    "\n\n======== ombe holds code of ${package}, to which this applies:\n\n${text}")
+endforeach()
+file(WRITE "${documents}/copyright" "${copyright}")
+file(REMOVE "${documents}/LICENSE")
+
+string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
+file(RENAME "${documents}/CHANGELOG.md" "${documents}/changelog")
+file(WRITE "${documents}/changelog.Debian"
+  "${CPACK_PACKAGE_NAME} (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; "
+  "urgency=medium\n\n  * Built from the sources of ${CPACK_PACKAGE_VERSION}.\n\n"
+  " -- ${CPACK_PACKAGE_CONTACT}  ${date}\n")
+file(GLOB manuals "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/share/man/man1/*.1")
+execute_process(COMMAND gzip -9n "${documents}/changelog" "${documents}/changelog.Debian" ${manuals}
+  COMMAND_ERROR_IS_FATAL ANY)

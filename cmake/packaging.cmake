@@ -1,0 +1,32 @@
+# The Debian package, made by `cpack -G DEB` (scripts/package) from a build for the prefix /usr.
+set(OMBE_PACKAGE_CONTACT "The ombe contributors <ombe@example.org>"
+  CACHE STRING "Maintainer of the packages that are made here")
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME ombe)
+set(CPACK_PACKAGE_CONTACT "${OMBE_PACKAGE_CONTACT}")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "MicroDVD subtitles for the Ombe engine, and a headless player")
+set(CPACK_PACKAGE_DESCRIPTION
+"Plays MicroDVD subtitle files in the terminal, says why one does not open,
+and exports them to other formats, through the engine's MicroDVD plug-in.
+Holds the program ombe, the plug-in, the engine layer libombe_core, and the
+headers for other plug-ins.")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION video)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+# The plug-in binds ICU at run time and goes on without it, so no linker knows of it.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libicu${OMBE_ICU_VERSION}")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "bash-completion, pkgconf")
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/debian_files.cmake")
+set(CPACK_OMBE_SOURCE_DIR "${PROJECT_SOURCE_DIR}")
+
+include(CPack)
