@@ -43,6 +43,13 @@ install(FILES "${PROJECT_BINARY_DIR}/ombe_core.pc"
 install(FILES README.md CHANGELOG.md LICENSE
   DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Runtime OPTIONAL)
 
-# Descriptions of the command line, made by the program itself.
-install(FILES "${PROJECT_BINARY_DIR}/share/man/man1/ombe.1"
-  DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT Runtime OPTIONAL)
+# Descriptions of the command line, which the program itself made.
+set(descriptions "${PROJECT_BINARY_DIR}/share")
+install(FILES "${descriptions}/man/man1/ombe.1"
+  DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT Runtime)
+install(FILES "${descriptions}/bash-completion/completions/ombe"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT Runtime)
+install(FILES "${descriptions}/zsh/site-functions/_ombe"
+  DESTINATION "${OMBE_ZSH_COMPLETIONS_DIR}" COMPONENT Runtime)
+install(FILES "${descriptions}/fish/vendor_completions.d/ombe.fish"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT Runtime)

@@ -30,27 +30,31 @@ plugins=$(readlink -f "$(pkg-config --variable=pluginsdir ombe_core | sed 's/\\ 
 cd /
 contains 'plug-in of the installed program' "$("$prefix/bin/ombe" info "$sample")" \
   "$plugins/microdvd.so"
-[ ! -e "$build/share/man/man1/ombe.1" ] || [ -s "$prefix/share/man/man1/ombe.1" ] ||
-  fail 'no manual page'
+for file in man/man1/ombe.1 bash-completion/completions/ombe zsh/site-functions/_ombe \
+  fish/vendor_completions.d/ombe.fish; do
+  [ -s "$prefix/share/$file" ] || fail "no share/$file"
+done
 
-inspected() { # HOW PLUGIN
-  if "$prefix/bin/ombe" --help | grep -q "^  inspect "; then
-    contains "plug-in built by $1" "$("$prefix/bin/ombe" inspect "$2")" text/x-standalone
-  else
-    contains "plug-in built by $1" "$("$prefix/bin/ombe" probe "$sample" --plugin "$2" || true)" \
-      'not recognised'
-  fi
+inspected() { # HOW FOLDER: what ombe says of the two plug-ins there
+  smallest=$("$prefix/bin/ombe" inspect "$2/smallest.so")
+  contains "smallest.so $1" "$smallest" 'engine: '
+  case $smallest in *answers:*) fail "smallest.so $1 offers something: $smallest" ;; esac
+  contains "standalone.so $1" "$("$prefix/bin/ombe" inspect "$2/standalone.so")" \
+    'text/x-standalone (rank 1)'
 }
 
-# The name of a folder with a blank is the harder one, for CMake as for the compiler.
 "$cmake" -S "$examples/standalone" -B "$folder/by cmake" "-DCMAKE_CXX_COMPILER=$cxx" \
   "-DCMAKE_PREFIX_PATH=$prefix" >/dev/null
 "$cmake" --build "$folder/by cmake" >/dev/null
-inspected CMake "$folder/by cmake/standalone.so"
+inspected 'built by CMake' "$folder/by cmake"
 "$cmake" --install "$folder/by cmake" >/dev/null
-inspected 'CMake and installed' "$plugins/standalone.so"
+inspected 'installed by CMake' "$plugins"
 
-eval "'$cxx' $flags -std=c++20 -fPIC -shared -fvisibility=hidden '$examples/standalone/standalone.cpp' \
-  -o '$folder/by-pkg-config.so' $(pkg-config --cflags --libs ombe_core)"
-inspected pkg-config "$folder/by-pkg-config.so"
+mkdir "$folder/by hand"
+for plugin in smallest standalone; do
+  eval "'$cxx' $flags -std=c++20 -fPIC -shared -fvisibility=hidden \
+    '$examples/standalone/$plugin.cpp' -o '$folder/by hand/$plugin.so' \
+    $(pkg-config --cflags --libs ombe_core)"
+done
+inspected 'built with pkg-config' "$folder/by hand"
 printf 'installed, moved, used\n'

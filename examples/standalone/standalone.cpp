@@ -1,5 +1,5 @@
-// A whole plug-in against the installed headers alone: a container that answers every question and
-// recognises no file. Replace the bodies one by one.
+// A plug-in with a container that answers every question and recognises no file. Replace the bodies
+// one by one.
 #include <ombe_core/container_interface.h>
 #include <ombe_core/plugin.h>
 
