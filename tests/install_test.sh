@@ -24,7 +24,7 @@ prefix="$folder/moved here"
 config=$(find "$prefix" -name ombe_core.pc)
 [ -f "$config" ] || fail 'no ombe_core.pc'
 export PKG_CONFIG_PATH="${config%/*}"
-plugins=$(readlink -f "$(pkg-config --variable=pluginsdir ombe_core | sed 's/\\ / /g')")
+plugins=$(readlink -m "$(pkg-config --variable=pluginsdir ombe_core | sed 's/\\ / /g')")
 
 # The program finds its library and the plug-in, whatever the folder that it is called from.
 cd /
