@@ -220,7 +220,7 @@ TEST(Program, AnswersEveryCommandWithItsExitCode) {
       {"probe utf16.sub none.sub plain.sub", 1,
        "utf16.sub: MicroDVD\nnone.sub: not recognised\nplain.sub: MicroDVD\n", "none.sub: cannot"},
       {"probe '" + foreign.path() + "'", 1, ": not recognised", "not UTF-8"},
-      {"export .", 1, "", "directory"},
+      {"export .", 2, "", "-o DIR"},
       {"export README.md", 1, "", "README.md: not recognised"},
       {"export plain.sub --code-page nope", 1, "", "plain.sub: unknown code page 'nope'"},
       {"export plain.sub -o /dev/full", 1, "", "/dev/full: cannot be written"},
@@ -235,7 +235,7 @@ TEST(Program, AnswersEveryCommandWithItsExitCode) {
       {"export utf16.sub --log", 0, "Привет!", "Container open:422 got subtitle start: 1001 "},
       {"export '" + late.path() + "' | tr '\\n' ' '", 0,
        "a  2 596:31:23,640 --> 596:31:23,640 b  3 666:40:00,000 --> 666:40:00,040 c  ", ""},
-      {"info broken.sub --json", 1, "\"error\": \"broken.sub: could not be opened", "broken.sub"},
+      {"info broken.sub --json", 1, "\"step\": \"open\",\n    \"message\": \"could not be opened", "broken.sub"},
       {"info utf16.sub", 0, "code page:    UTF16-LE\nautodetected: yes\nsubtitles:    8\n", ""},
       {"info plain.sub --json | tr -d ' \\n'", 0, R"("count":9,"first":1001,"last":34034)", ""},
   };

@@ -56,11 +56,13 @@ std::vector<std::string> likelyCodePages(std::string_view text) {
 
 void CodePageReader::Close::operator()(UConverter* converter) const { ucnv_close(converter); }
 
-CodePageReader::CodePageReader(const std::string& name) {
+CodePageReader::CodePageReader(const std::string& name, Foreign foreign) {
   UErrorCode status = U_ZERO_ERROR;
   converter_.reset(ucnv_open(name.c_str(), &status));
-  ucnv_setToUCallBack(converter_.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
-                      &status);
+  if (foreign == Foreign::kRefused) {
+    ucnv_setToUCallBack(converter_.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                        &status);
+  }
   if (U_FAILURE(status)) throw std::invalid_argument("unknown code page '" + name + "'");
 }
 

@@ -22,10 +22,13 @@ std::vector<std::string> likelyCodePages(std::string_view text);
 /// Reads texts of one code page, one after the other. One thread at a time.
 class CodePageReader {
  public:
-  /// Throws std::invalid_argument for a code page that ICU does not know.
-  explicit CodePageReader(const std::string& name);
+  /// What becomes of bytes that are no characters of the code page.
+  enum class Foreign { kRefused, kReplaced };
 
-  /// The text as UTF-8; nothing when it holds bytes that are no characters of the code page.
+  /// Throws std::invalid_argument for a code page that ICU does not know.
+  explicit CodePageReader(const std::string& name, Foreign foreign = Foreign::kRefused);
+
+  /// The text as UTF-8; nothing when it was refused or is too long.
   std::optional<std::string> read(std::string_view text);
 
  private:

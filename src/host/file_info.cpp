@@ -4,17 +4,9 @@
 
 #include "host/session.h"
 #include "host/settings.h"
-#include "ombe_core/component_identifiers.h"
-#include "ombe_core/subtitle_control_interface.h"
 
 namespace Ombe {
 namespace {
-
-constexpr const char* kIdentifiers[] = {
-    kContainerInterfaceId, kComponentInterfaceId,    kInputComponentId,
-    kInputInterfaceId,     kSingleOutputComponentId, kMultipleOutputComponentId,
-    kOutputComponentId,    kOutputInterfaceId,       kSubtitleControlInterfaceId,
-};
 
 template <typename T>
 std::string text(const kelm_string<T>& string) {
@@ -43,24 +35,6 @@ void describeSettings(HostController& settings, FileInfo& info) {
 }
 
 }  // namespace
-
-PluginDescription describePlugin(Session& session) {
-  PluginDescription result{session.library().path(), 0, {}, {}};
-  if (const PluginInfo* info = session.plugin().getPluginInfo(); info != nullptr) {
-    result.engineVersion = info->engineVersion;
-  }
-  for (const char* identifier : kIdentifiers) {
-    void* found = nullptr;
-    if (session.plugin().getInterface(identifier, &found) == kSuccess) {
-      result.interfaces.emplace_back(identifier);
-    }
-  }
-  ContainerInterface& container = session.container();
-  for (std::uint32_t i = 0; i < container.mediaTypeCount(); ++i) {
-    result.mediaTypes.emplace_back(text(container.mediaTypeAt(i)), container.mediaTypeRankAt(i));
-  }
-  return result;
-}
 
 FileInfo describeFile(Session& session) {
   FileInfo info{};

@@ -1,10 +1,9 @@
-// What the slots tell of a plug-in and of an opened source.
+// What the slots tell of an opened source.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "ombe_core/setting_value.h"
@@ -13,13 +12,6 @@
 namespace Ombe {
 
 class Session;
-
-struct PluginDescription {
-  std::string path;
-  std::uint32_t engineVersion;
-  std::vector<std::string> interfaces;  ///< identifiers that the component answers
-  std::vector<std::pair<std::string, std::int32_t>> mediaTypes;  ///< each with its rank
-};
 
 struct StreamDescription {
   UID uid;
@@ -42,8 +34,6 @@ struct FileInfo {
   std::optional<std::uint32_t> firstTime;  ///< start of the first delivered, milliseconds
   std::optional<std::uint32_t> lastTime;   ///< end of the last delivered, milliseconds
 };
-
-PluginDescription describePlugin(Session& session);
 
 /// Of a session that has a source open; reads it to its end.
 FileInfo describeFile(Session& session);

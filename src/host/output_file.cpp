@@ -16,7 +16,8 @@
 namespace Ombe {
 namespace fs = std::filesystem;
 
-OutputFile::OutputFile(const std::string& path) : path_(path), target_(path) {
+OutputFile::OutputFile(const std::string& path, Text text)
+    : text_(text), path_(path), target_(path) {
   buffer_.reserve(kWriteSize + kWriteSize / 4);
   struct stat existing {};
   if (path == "-") {
@@ -66,7 +67,7 @@ void OutputFile::openTemporary() {
 }
 
 void OutputFile::flush() {
-  if (::isatty(descriptor_) != 0) buffer_ = visibleText(buffer_);
+  if (text_ == Text::kAsItCame && ::isatty(descriptor_) != 0) buffer_ = visibleText(buffer_);
   std::size_t done = 0;
   while (done < buffer_.size()) {
     const ssize_t written = ::write(descriptor_, buffer_.data() + done, buffer_.size() - done);

@@ -15,7 +15,10 @@ namespace Ombe {
 /// thread at a time.
 class OutputFile {
  public:
-  explicit OutputFile(const std::string& path);
+  /// Data that is visible already may hold escape sequences, which a terminal is then to follow.
+  enum class Text { kAsItCame, kVisible };
+
+  explicit OutputFile(const std::string& path, Text text = Text::kAsItCame);
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
   /// Without `commit` the temporary is removed and nothing has changed.
@@ -39,6 +42,7 @@ class OutputFile {
   void close();
   [[noreturn]] void fail(int error) const;
 
+  Text text_;
   std::string path_;    // as given, for messages
   std::string target_;  // behind links; of a file that gets replaced
   std::string temporary_;

@@ -67,7 +67,7 @@ void Session::open(const std::string& file) {
     throw Failure(
         file, "open",
         "could not be opened: its name must end in .sub or .txt, and every line must read "
-        "{first}{last}text");
+        "{first}{last}text; ombe check says what is wrong");
   }
   file_ = file;
   opened_ = true;

@@ -2,6 +2,7 @@
 
 #include "host/jsonl_writer.h"
 #include "host/srt_writer.h"
+#include "host/vtt_writer.h"
 
 namespace Ombe {
 namespace {
@@ -16,7 +17,8 @@ struct Format {
   std::unique_ptr<SubtitleWriter> (*make)();
 };
 
-constexpr Format kFormats[] = {{"srt", make<SrtWriter>}, {"jsonl", make<JsonlWriter>}};
+constexpr Format kFormats[] = {
+    {"srt", make<SrtWriter>}, {"vtt", make<VttWriter>}, {"jsonl", make<JsonlWriter>}};
 
 }  // namespace
 

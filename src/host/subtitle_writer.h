@@ -28,6 +28,8 @@ class SubtitleWriter {
   /// What stands before the first subtitle; nothing unless the format has a head.
   virtual void begin(std::string& /*out*/) {}
   virtual void append(const Subtitle& subtitle, std::string& out) = 0;
+  /// What stands behind the last subtitle, and what could not be written before all were known.
+  virtual void end(std::string& /*out*/) {}
 };
 
 /// A writer of the named format; null for a name that is not in writerNames().

@@ -4,32 +4,20 @@
 
 #include "host/commands/commands.h"
 #include "host/file_info.h"
+#include "host/input_file.h"
+#include "host/json_output.h"
 #include "host/number_text.h"
 #include "host/options.h"
 #include "host/output_file.h"
+#include "host/plugin_description.h"
 #include "host/session.h"
 
 namespace Ombe {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-constexpr int kJsonVersion = 1;
-
 template <typename T>
 Json orNull(const std::optional<T>& value) {
   return value ? Json(*value) : Json(nullptr);
-}
-
-Json toJson(const PluginDescription& plugin) {
-  Json types = Json::array();
-  for (const auto& [name, rank] : plugin.mediaTypes) {
-    types.push_back({{"name", name}, {"rank", rank}});
-  }
-  return {{"path", plugin.path},
-          {"engineVersion", plugin.engineVersion},
-          {"interfaces", plugin.interfaces},
-          {"mediaTypes", types}};
 }
 
 Json toJson(const FileInfo& info) {
@@ -59,10 +47,6 @@ Json toJson(const FileInfo& info) {
             {"last", orNull(info.lastTime)}}}};
 }
 
-void appendRow(std::string& out, const char* name, const std::string& value) {
-  out += fmt::format("{:<14}{}\n", fmt::format("{}:", name), value);
-}
-
 std::string orNone(const std::string& text) { return text.empty() ? "none" : text; }
 
 std::string timeText(const std::optional<std::uint32_t>& time) {
@@ -70,14 +54,6 @@ std::string timeText(const std::optional<std::uint32_t>& time) {
   std::string text;
   appendTimecode(text, *time, '.');
   return fmt::format("{} ({} ms)", text, *time);
-}
-
-void appendText(std::string& out, const PluginDescription& plugin) {
-  appendRow(out, "plug-in", plugin.path);
-  for (const std::string& identifier : plugin.interfaces) appendRow(out, "answers", identifier);
-  for (const auto& [name, rank] : plugin.mediaTypes) {
-    appendRow(out, "media type", fmt::format("{} (rank {})", name, rank));
-  }
 }
 
 void appendText(std::string& out, const FileInfo& info) {
@@ -101,37 +77,36 @@ void appendText(std::string& out, const FileInfo& info) {
   appendRow(out, "last time", timeText(info.lastTime));
 }
 
-void writeJson(OutputFile& output, const Json& document) {
-  output.buffer() += document.dump(2, ' ', false, Json::error_handler_t::replace);
-  output.buffer() += '\n';
+void writeText(const std::string& file, const FileInfo& info, const PluginDescription& plugin) {
+  OutputFile output("-");
+  appendRow(output.buffer(), "file", file);
+  appendText(output.buffer(), info);
+  appendText(output.buffer(), plugin);
   output.commit();
 }
 
 }  // namespace
 
 ExitCode runInfo(const Options& options) {
-  const std::string& file = options.files.front();
-  Session session(options.session);
-  OutputFile output("-");
-  Json document = {
-      {"version", kJsonVersion}, {"file", file}, {"plugin", toJson(describePlugin(session))}};
+  const InputFile input(options.files.front());
+  Json document = {{"version", kJsonVersion}, {"file", input.name()}};
   try {
-    session.open(file);
+    Session session(options.session);
+    const PluginDescription plugin = describePlugin(session.library().path(), session.plugin());
+    document["plugin"] = toJson(plugin);
+    session.open(input.path());
+    const FileInfo info = describeFile(session);
+    if (!options.json) {
+      writeText(input.name(), info, plugin);
+      return ExitCode::kDone;
+    }
+    document.update(toJson(info));
   } catch (const Failure& failure) {
-    document["error"] = failure.what();
-    if (options.json) writeJson(output, document);
+    document["error"] = errorJson(failure);
+    if (options.json) writeJson(document);
     throw;
   }
-  const FileInfo info = describeFile(session);
-  if (options.json) {
-    document.update(toJson(info));
-    writeJson(output, document);
-  } else {
-    appendRow(output.buffer(), "file", file);
-    appendText(output.buffer(), info);
-    appendText(output.buffer(), describePlugin(session));
-    output.commit();
-  }
+  writeJson(document);
   return ExitCode::kDone;
 }
 

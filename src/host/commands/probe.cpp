@@ -1,4 +1,5 @@
 #include "host/commands/commands.h"
+#include "host/input_file.h"
 #include "host/messages.h"
 #include "host/options.h"
 #include "host/output_file.h"
@@ -11,7 +12,7 @@ namespace {
 bool isRecognised(const std::string& file, const SessionOptions& options) {
   Session session(options);
   try {
-    return session.probe(file);
+    return session.probe(InputFile(file).path());
   } catch (const Failure& failure) {
     reportError(failure.what());
     return false;

@@ -1,0 +1,58 @@
+#include "host/check/text_encoding_check.h"
+
+#include <optional>
+
+#include "host/utf8_scan.h"
+
+namespace Ombe {
+namespace {
+
+constexpr std::size_t kSampleSize = std::size_t{1} << 16;  // bytes that a guess is made from
+
+}  // namespace
+
+TextEncodingCheck::TextEncodingCheck(const std::string& codePage, Findings& findings)
+    : codePage_(codePage), findings_(findings) {
+  if (!codePage.empty()) reader_ = std::make_unique<CodePageReader>(codePage);
+}
+
+void TextEncodingCheck::take(std::string_view text, std::uint64_t line) {
+  if (reader_ != nullptr) return convert(text, line);
+  if (isUtf8(text)) return;
+  if (foreignCount_++ == 0) foreignLine_ = line;
+  if (foreign_.size() < kSampleSize) foreign_.append(text).append("\n");
+}
+
+void TextEncodingCheck::convert(std::string_view text, std::uint64_t line) {
+  const std::optional<std::string> converted = reader_->read(text);
+  if (!converted) {
+    findings_.add({Severity::kWarning, "code-page", line,
+                   "holds bytes that are no characters of " + codePage_, std::string(text)});
+  } else if (*converted != text && nextUtf8Piece(*converted).length == converted->size()) {
+    findings_.add({Severity::kWarning, "code-page", line,
+                   "is one character alone, which is not converted", *converted});
+  }
+}
+
+void TextEncodingCheck::finish() {
+  if (foreignCount_ == 0) return;
+  const std::string others =
+      foreignCount_ == 1 ? "" : " (and " + std::to_string(foreignCount_ - 1) + " more lines)";
+  findings_.add({Severity::kWarning,
+                 "not-utf-8",
+                 foreignLine_,
+                 "not UTF-8" + others + ": " + codePageAdvice(foreign_),
+                 {}});
+}
+
+std::string codePageAdvice(std::string_view text) {
+  const std::vector<std::string> names = likelyCodePages(text);
+  if (names.empty()) return "name the code page with --code-page";
+  std::string advice = "try --code-page " + names.front();
+  for (std::size_t i = 1; i < names.size(); ++i) {
+    advice.append(i + 1 == names.size() ? " or " : ", ").append(names[i]);
+  }
+  return advice;
+}
+
+}  // namespace Ombe

@@ -1,0 +1,38 @@
+// Whether the texts are in the code page that they will be read with.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "host/check/findings.h"
+#include "host/code_page.h"
+
+namespace Ombe {
+
+/// Takes the texts of one file in the order of its lines. One thread at a time.
+class TextEncodingCheck {
+ public:
+  /// An empty code page stands for UTF-8; another is one that ICU knows.
+  TextEncodingCheck(const std::string& codePage, Findings& findings);
+
+  void take(std::string_view text, std::uint64_t line);
+  /// Adds what concerns the file as a whole. Last call.
+  void finish();
+
+ private:
+  void convert(std::string_view text, std::uint64_t line);
+
+  std::string codePage_;
+  std::unique_ptr<CodePageReader> reader_;  // null for UTF-8
+  Findings& findings_;
+  std::string foreign_;  // texts that are no UTF-8
+  std::uint64_t foreignLine_ = 0;
+  std::size_t foreignCount_ = 0;
+};
+
+/// "try --code-page A, B or C", or what to do when nothing is likely.
+std::string codePageAdvice(std::string_view text);
+
+}  // namespace Ombe

@@ -1,0 +1,57 @@
+#include <unistd.h>
+
+#include <nlohmann/json.hpp>
+
+#include "host/check/report_writer.h"
+#include "host/color_choice.h"
+#include "host/commands/commands.h"
+#include "host/input_file.h"
+#include "host/json_output.h"
+#include "host/options.h"
+#include "host/output_file.h"
+
+namespace Ombe {
+namespace {
+
+CheckReport examineNamed(const std::string& name, const Options& options) {
+  const InputFile input(name);
+  return examine(input.name(), input.path(), options.session, options.limit);
+}
+
+ExitCode checkAsJson(const Options& options) {
+  ExitCode code = ExitCode::kDone;
+  Json document = {{"version", kJsonVersion}};
+  try {
+    Json& files = document["files"] = Json::array();
+    for (const std::string& file : options.files) {
+      const CheckReport report = examineNamed(file, options);
+      if (!report.opens) code = ExitCode::kRefused;
+      files.push_back(toJson(report));
+    }
+  } catch (const Failure& failure) {
+    document["error"] = errorJson(failure);
+    writeJson(document);
+    throw;
+  }
+  writeJson(document);
+  return code;
+}
+
+}  // namespace
+
+ExitCode runCheck(const Options& options) {
+  if (options.json) return checkAsJson(options);
+  const bool coloured = wantsColor(options.color, STDOUT_FILENO);
+  ExitCode code = ExitCode::kDone;
+  OutputFile output("-", OutputFile::Text::kVisible);
+  for (const std::string& file : options.files) {
+    const CheckReport report = examineNamed(file, options);
+    if (!report.opens) code = ExitCode::kRefused;
+    appendText(output.buffer(), report, coloured);
+    output.drain();
+  }
+  output.commit();
+  return code;
+}
+
+}  // namespace Ombe

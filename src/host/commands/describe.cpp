@@ -1,0 +1,29 @@
+// Commands that describe the command line itself.
+#include "host/command_description.h"
+#include "host/commands/commands.h"
+#include "host/completion.h"
+#include "host/man_page.h"
+#include "host/options.h"
+#include "host/output_file.h"
+
+namespace Ombe {
+namespace {
+
+ExitCode write(const std::string& text) {
+  OutputFile output("-");
+  output.buffer() = text;
+  output.commit();
+  return ExitCode::kDone;
+}
+
+}  // namespace
+
+ExitCode runCompletion(const Options& options) {
+  return write(completionScript(options.shell, describeCommands()));
+}
+
+ExitCode runMan(const Options& /*options*/) {
+  return write(manPage(OMBE_VERSION, describeCommands()));
+}
+
+}  // namespace Ombe

@@ -1,0 +1,69 @@
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "host/commands/commands.h"
+#include "host/host_context.h"
+#include "host/input_file.h"
+#include "host/json_output.h"
+#include "host/options.h"
+#include "host/output_file.h"
+#include "host/plugin_description.h"
+#include "host/plugin_library.h"
+
+namespace Ombe {
+namespace {
+
+struct Inspection {
+  PluginDescription plugin;
+  std::vector<std::string> formats;
+};
+
+/// Which text format a plug-in needs it only tells when it recognises a source, so it is shown the
+/// shortest MicroDVD file.
+Inspection inspect(const std::string& named) {
+  HostContext context;
+  const PluginLibrary library(findPlugin(named));
+  const PluginHandle plugin = library.create(context);
+  const InputFile sample = InputFile::holding("{1}{2}a\n");
+  return {describePlugin(library.path(), *plugin), neededFormats(library, sample.path())};
+}
+
+std::string versionText(std::uint32_t number) {
+  return fmt::format("{}.{}.{}", number / 10000, number / 100 % 100, number % 100);
+}
+
+void write(const Inspection& inspection) {
+  OutputFile output("-");
+  std::string& out = output.buffer();
+  appendText(out, inspection.plugin);
+  appendRow(out, "engine", versionText(inspection.plugin.engineVersion));
+  for (const std::string& format : inspection.formats) appendRow(out, "text format", format);
+  if (inspection.formats.empty()) appendRow(out, "text format", "not told for a MicroDVD file");
+  output.commit();
+}
+
+}  // namespace
+
+ExitCode runInspect(const Options& options) {
+  Json document = {{"version", kJsonVersion}};
+  try {
+    const Inspection inspection = inspect(options.session.plugin);
+    if (!options.json) {
+      write(inspection);
+      return ExitCode::kDone;
+    }
+    document["plugin"] = toJson(inspection.plugin);
+    document["plugin"]["formats"] = inspection.formats;
+  } catch (const Failure& failure) {
+    document["error"] = errorJson(failure);
+    if (options.json) writeJson(document);
+    throw;
+  }
+  writeJson(document);
+  return ExitCode::kDone;
+}
+
+}  // namespace Ombe

@@ -1,0 +1,74 @@
+#include "host/input_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <system_error>
+
+#include "host/failure.h"
+
+namespace Ombe {
+namespace {
+
+/// An error number, 0 for success.
+int writeAll(int file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(file, bytes.data(), bytes.size());
+    if (written < 0 && errno != EINTR) return errno;
+    if (written > 0) bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return 0;
+}
+
+int copyStandardInput(int file) {
+  std::array<char, 65536> block{};
+  for (;;) {
+    const ssize_t got = ::read(STDIN_FILENO, block.data(), block.size());
+    if (got == 0) return 0;
+    if (got < 0 && errno != EINTR) return errno;
+    if (got < 0) continue;
+    const int error = writeAll(file, {block.data(), static_cast<std::size_t>(got)});
+    if (error != 0) return error;
+  }
+}
+
+}  // namespace
+
+InputFile::InputFile(const std::string& name) : name_(name), path_(name) {
+  if (name != "-") return;
+  name_ = "standard input";
+  makeTemporary(copyStandardInput);
+}
+
+InputFile InputFile::holding(std::string_view content) { return {content, Holding{}}; }
+
+InputFile::InputFile(std::string_view content, Holding /*tag*/) : name_("temporary file") {
+  makeTemporary([content](int file) { return writeAll(file, content); });
+}
+
+InputFile::~InputFile() {
+  if (guard_ != nullptr) ::unlink(path_.c_str());
+}
+
+template <typename Fill>
+void InputFile::makeTemporary(const Fill& fill) {
+  constexpr char kEnding[] = ".sub";
+  const char* folder = std::getenv("TMPDIR");
+  path_ = std::string(folder == nullptr || *folder == '\0' ? "/tmp" : folder) + "/ombe-XXXXXX";
+  path_ += kEnding;
+  const int file = ::mkostemps(path_.data(), sizeof kEnding - 1, O_CLOEXEC);
+  int error = file < 0 ? errno : 0;
+  if (file >= 0) {
+    guard_ = std::make_unique<TemporaryFileGuard>(path_);
+    error = fill(file);
+    if (::close(file) != 0 && error == 0) error = errno;
+  }
+  if (error == 0) return;
+  if (file >= 0) ::unlink(path_.c_str());
+  throw Failure(name_, "read", "cannot be copied: " + std::generic_category().message(error));
+}
+
+}  // namespace Ombe
