@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 
 set(OMBE_PLUGINS_DIR "${CMAKE_INSTALL_LIBDIR}/ombe")
 set(OMBE_ZSH_COMPLETIONS_DIR "${CMAKE_INSTALL_DATADIR}/zsh/site-functions"
-  CACHE PATH "Where completions for zsh go")
+  CACHE STRING "Where completions for zsh go, below the prefix")
 
 # The headers use C++20.
 target_compile_features(ombe_core INTERFACE cxx_std_20)
