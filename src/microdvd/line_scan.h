@@ -20,4 +20,7 @@ struct ScannedLine {
 /// overflow included, so the second brace need not be closed for a count of 2. Pure.
 ScannedLine scanLine(const char* line);
 
+/// The same for a line whose end is known: NUL stands there, and no CR, LF or NUL before it.
+ScannedLine scanLine(const char* line, const char* end);
+
 }  // namespace Ombe

@@ -38,7 +38,7 @@ class MicroDVDParser {
   void entriesTaken() { entries_ = {}; }
 
  private:
-  bool parseLine(const char* line);
+  bool parseLine(const ScannedLine& scanned);
   bool takeHeader(const ScannedLine& line, char* text);
   void addEntry(const ScannedLine& line, std::string_view text);
 

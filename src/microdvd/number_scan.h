@@ -23,6 +23,10 @@ bool scanInteger(const char*& at, Integer& value) {
   if (!isDigit(*p)) return false;
   // Counted downward, since the negative range is the longer one.
   Integer sum = 0;
+  // So many digits always fit.
+  for (int unchecked = Limits::digits10; unchecked > 0 && isDigit(*p); --unchecked, ++p) {
+    sum = sum * 10 - (*p - '0');
+  }
   bool isTooLarge = false;
   for (; isDigit(*p); ++p) {
     isTooLarge = isTooLarge || __builtin_mul_overflow(sum, Integer{10}, &sum) ||

@@ -16,9 +16,13 @@ class TextTokenizer {
   /// length in bytes, plus one when a delimiter ended it: room enough for a copy, not a measure.
   char* nextToken(const char* delimiters, std::uint32_t* reported);
 
+  /// Where the token returned last ends: at the NUL behind it.
+  [[nodiscard]] const char* tokenEnd() const { return end_; }
+
  private:
   char* text;
   std::int32_t position = -1;  // of the byte examined last
+  const char* end_ = nullptr;
 };
 
 }  // namespace Ombe
