@@ -6,6 +6,8 @@
 #include <new>
 #include <type_traits>
 
+#include "text/large_block.h"
+
 namespace ktl {
 
 /// Holds `size` elements from array new, or no block at all: there is a block exactly when the size
@@ -40,7 +42,9 @@ class MemoryBuffer {
  private:
   static T* allocate(std::uint32_t size) {
     try {
-      return new T[size];
+      T* const block = new T[size];
+      Ombe::adviseHugePages(block, sizeof(T) * size);
+      return block;
     } catch (const std::bad_alloc&) {
       return nullptr;
     }
