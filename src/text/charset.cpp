@@ -1,6 +1,5 @@
 #include "text/charset.h"
 
-#include <string>
 #include <string_view>
 
 #include "text/converter.h"
@@ -64,8 +63,8 @@ bool decodeText(SettingStore* store, const unsigned char* data, std::uint32_t le
 
 bool convertAndCheck(const String& codePage, const unsigned char* bytes, std::uint32_t length,
                      ByteString& out) {
-  const std::string converted = convertToUtf8(codePage.c_str(), bytes, length);
-  const std::string_view text = std::string_view(converted).substr(0, converted.find('\0'));
+  const ConvertedText converted = convertText(codePage.c_str(), bytes, length);
+  const std::string_view text = converted.view().substr(0, converted.view().find('\0'));
   if (text.size() > ByteString::maximumLength) return false;
   if (!beginsAsUtf8(reinterpret_cast<const unsigned char*>(text.data()), text.size())) return false;
   out = toByteString(text);

@@ -53,8 +53,8 @@ const UCNVLibrary& bindingOrDefault(const UCNVLibrary* library) {
   return library == nullptr ? UCNVLibrary::instance() : *library;
 }
 
-std::string convertThroughUtf16(const char* name, const unsigned char* bytes, std::uint32_t length,
-                                const UCNVLibrary* library) {
+ConvertedText convertThroughUtf16(const char* name, const unsigned char* bytes,
+                                  std::uint32_t length, const UCNVLibrary* library) {
   char16_t* units = nullptr;
   std::size_t unitCount = 0;
   if (!toUtf16(name, bytes, length, &units, &unitCount, library)) return {};
@@ -62,8 +62,7 @@ std::string convertThroughUtf16(const char* name, const unsigned char* bytes, st
   char* text = nullptr;
   std::size_t textLength = 0;
   if (!fromUtf16("utf8", units, unitCount, &text, &textLength, library)) return {};
-  const std::unique_ptr<char[]> textOwner(text);
-  return {text, textLength};
+  return {std::unique_ptr<char[]>(text), textLength};
 }
 
 }  // namespace
@@ -96,10 +95,19 @@ bool fromUtf16(const char* name, const char16_t* units, std::size_t count, char*
   return convertInto(binding, name, count, buffer, bytes, convert);
 }
 
-std::string convertToUtf8(const char* name, const unsigned char* bytes, std::uint32_t length,
+ConvertedText convertText(const char* name, const unsigned char* bytes, std::uint32_t length,
                           const UCNVLibrary* library) {
   try {
     return convertThroughUtf16(name, bytes, length, library);
+  } catch (const std::bad_alloc&) {  // the binding could not be made
+    return {};
+  }
+}
+
+std::string convertToUtf8(const char* name, const unsigned char* bytes, std::uint32_t length,
+                          const UCNVLibrary* library) {
+  try {
+    return std::string(convertText(name, bytes, length, library).view());
   } catch (const std::bad_alloc&) {
     return {};
   } catch (const std::length_error&) {

@@ -5,7 +5,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <string_view>
 
 #include "text/ucnv_library.h"
 
@@ -20,7 +22,17 @@ bool toUtf16(const char* name, const unsigned char* bytes, std::uint32_t length,
 bool fromUtf16(const char* name, const char16_t* units, std::size_t count, char** buffer,
                std::size_t* bytes, const KMDSOLD::UCNVLibrary* library = nullptr);
 
+/// A text in the block that fromUtf16 gave; saves a copy of it.
+struct ConvertedText {
+  std::unique_ptr<char[]> block;
+  std::size_t length = 0;
+
+  [[nodiscard]] std::string_view view() const { return {block.get(), length}; }
+};
+
 /// The text as UTF-8; empty on any failure, shortage of memory included.
+ConvertedText convertText(const char* name, const unsigned char* bytes, std::uint32_t length,
+                          const KMDSOLD::UCNVLibrary* library = nullptr);
 std::string convertToUtf8(const char* name, const unsigned char* bytes, std::uint32_t length,
                           const KMDSOLD::UCNVLibrary* library = nullptr);
 

@@ -62,11 +62,6 @@ const UCNVLibrary& UCNVLibrary::instance() {
   return *library;
 }
 
-bool UCNVLibrary::isLoaded() const {
-  return handle_ != nullptr && open_ != nullptr && close_ != nullptr && toUnicode_ != nullptr &&
-         fromUnicode_ != nullptr;
-}
-
 UConverter* UCNVLibrary::open(const char* name, UErrorCode* error) const {
   if (isLoaded()) return open_(name, error);
   report(error);

@@ -22,7 +22,10 @@ class UCNVLibrary {
   /// Made by the first call, exactly once, and never destroyed.
   static const UCNVLibrary& instance();
 
-  [[nodiscard]] bool isLoaded() const;
+  [[nodiscard]] bool isLoaded() const {
+    return handle_ != nullptr && open_ != nullptr && close_ != nullptr && toUnicode_ != nullptr &&
+           fromUnicode_ != nullptr;
+  }
 
   /// The library's functions of these names. Unloaded, they report U_INTERNAL_PROGRAM_ERROR where
   /// `error` is given, and do nothing else. A converter is closed by whoever opened it.
