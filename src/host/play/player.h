@@ -24,9 +24,9 @@ struct Caption {
 /// Plays the stream of an opened session, which must outlive it: keeps the media time, moves it by
 /// the real time that the caller says has passed, reads what comes due and knows what is to be
 /// seen. Backward it reads a minute ahead, since the stream is ordered by start and a long subtitle
-/// may be met late. A subtitle that does not end after its start shows for a second. Stands still
-/// at the end of the last subtitle, and at 0 when it plays backward. One thread at a time. Throws
-/// Failure where reading fails.
+/// may be met late. A subtitle that does not end after its start shows for a second when its start
+/// is played. Stands still at the end of the last subtitle, and at 0 when it plays backward. One
+/// thread at a time. Throws Failure where reading fails.
 class Player {
  public:
   static constexpr std::int64_t kEnd = 0xFFFFFFFF;  ///< the last time that a subtitle can have
