@@ -100,7 +100,7 @@ double icuStep(const Arguments& arguments) {
   std::vector<std::string> texts;
   session.readToEnd([&](const Chunk& chunk) { texts.emplace_back(chunk.text()); });
   std::vector<UChar> units(4096);
-  std::vector<char> bytes(4 * 4096);
+  std::vector<char> bytes(4 * units.size());
   std::size_t written = 0;
   const double seconds = secondsOf([&] {
     for (const std::string& text : texts) {

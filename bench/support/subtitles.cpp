@@ -13,7 +13,7 @@ constexpr std::string_view kWords[] = {
     "don't", "before", "nothing",   "something", "v\xED\xFD", "everything", "come", "kr\xE1l",
     "back",  "please", "certainly", "morning",   "d\xF4vod",  "remember",   "door", "m\xF3re",
 };
-constexpr std::string_view kStyles[] = {"{y:i}", "{y:b}", "/", "{c:$0000FF}", "{y:i,b}"};
+constexpr std::string_view kStyles[] = {"{y:i}", "{y:b}", "/", "{c:$0000FF}", "{y:ib}"};
 
 /// The same on every machine, which the standard library's distributions are not.
 class Random {
