@@ -1,12 +1,9 @@
 // Reading, seeking and re-timing the built plug-in's stream.
 #include <gmock/gmock.h>
 
-#include <cstring>
 #include <sstream>
 
-#include "ombe_core/image_properties.h"
 #include "support/fakes.h"
-#include "support/slots.h"
 
 namespace ombe_test {
 namespace {
@@ -132,31 +129,6 @@ TEST(Stream, LogsSeeksAndReads) {
                           "Container seekStream:723 Subtitle Stream: seeked to 1000"));
 }
 
-TEST(Stream, AnswersEverySlotInItsPlace) {
-  Engine engine;
-  Ombe::StreamInterface* stream = engine.play(kTwo);
-  using Words = std::pair<std::size_t, std::int32_t>;
-  for (const auto& [slot, answer] : {Words{2, 0}, Words{7, 320}, Words{14, 0}, Words{19, 1000}}) {
-    EXPECT_EQ(callSlot<std::int32_t>(stream, slot), answer) << slot;
-  }
-  EXPECT_FALSE(callSlot<bool>(stream, 24, std::uint32_t{1}));
-  EXPECT_FALSE(callSlot<bool>(stream, 17));
-  EXPECT_EQ(callSlot<Status>(stream, 10, static_cast<Ombe::TimeSource*>(nullptr)), -1);
-  EXPECT_EQ(callSlot<Status>(stream, 15, static_cast<Ombe::MediaChunk**>(nullptr)),
-            Ombe::kGeneralFailure);
-  EXPECT_EQ(callSlot<Status>(stream, 12, 0U, 0U, static_cast<std::uint32_t*>(nullptr)),
-            Ombe::kGeneralFailure);
-  const Ombe::FormatRequirement expected{"UTF8\0\0\0", {20, 4, 0}};
-  EXPECT_EQ(std::memcmp(callSlot<const void*>(stream, 5), &expected, 20), 0);
-  const auto* frame = callSlot<const Ombe::ImageProperties*>(stream, 6);
-  EXPECT_EQ(frame->frameWidth(), 640U);
-  EXPECT_EQ(frame->frameHeight(), 480U);
-  Ombe::String language("kept");
-  EXPECT_FALSE(stream->getStreamInfo(nullptr, &language, &language));
-  EXPECT_EQ(view(language), "kept");
-  EXPECT_EQ(stream->containerUID(), 77U);
-}
-
 TEST(Stream, WithoutAClockDeliversNothing) {
   Engine engine;
   const TempFile file(kTwo);
@@ -177,6 +149,7 @@ TEST(Settings, RescaleAtEachChangeOfTheFrameRate) {
       {kDefault, {{25, 1}, {25, 1}}, "960+1920 a"},
       {kDefault, {{25, 1}, {0, 1}}, "1001+2002 a"},
       {kDefault, {{24000, 1001}}, "1001+2002 a"},
+      {"{1}{1}23.976\n{24}{72}a\n", {{23976, 1000}, {23976, 1000}}, "1001+2002 a"},
       {"{1}{1}1000\n{1000}{3000}a\n", {{1001, 1}, {1000, 1}}, "999+2000 a"},
       {"{1}{1}25\n{25}{50}a\n", {{50, 1}, {30000, 0}}, "1000+1000 a"},
       {"{1}{1}1\n{4000000}{4000000}b\n{1}{5000000}a\n",

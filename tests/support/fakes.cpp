@@ -84,6 +84,8 @@ bool FakeContext::supportsFormat(String formatName) {
 FakeHost::~FakeHost() { EXPECT_TRUE(streams.empty()) << "streams were never withdrawn"; }
 
 bool FakeHost::getValue(const Setting& setting, SettingValue& out) {
+  const FaultPause pause;
+  if (logsQueries) calls.add("getValue " + pathOf(setting));
   return settings.get(setting, out);
 }
 
@@ -96,6 +98,7 @@ void FakeHost::setValue(const Setting& setting, const SettingValue& value) {
 UID FakeHost::newUID() {
   const FaultPause pause;
   calls.add("newUID");
+  given_.insert(nextUID);
   return nextUID++;
 }
 
@@ -105,30 +108,50 @@ String FakeHost::preferredLanguage() {
   return String(language.c_str());
 }
 
+double FakeHost::getTimeOffset() {
+  const FaultPause pause;
+  if (logsQueries) calls.add("getTimeOffset");
+  return offset;
+}
+
+void FakeHost::streamCall(const std::string& call) {
+  calls.add(call);
+  if (const auto act = callBack) act(call);  // a copy, since it may disarm itself
+}
+
 Status FakeHost::announceStream(StreamInterface* stream) {
   const FaultPause pause;
-  calls.add("announce " + std::to_string(stream->streamUID()));
-  auto& owner = streams[stream->streamUID()];
+  const UID uid = stream->streamUID();
+  EXPECT_TRUE(given_.contains(uid)) << "announced a stream that the host gave no identifier";
+  auto& owner = streams[uid];
+  EXPECT_TRUE(owner == nullptr || owner.get() == stream) << "two streams under " << uid;
   if (owner.get() != stream) owner.reset(stream);
+  streamCall("announce " + std::to_string(uid));
   return kGeneralFailure;  // plug-ins ignore it
 }
 
 Status FakeHost::withdrawStream(UID uid) {
   const FaultPause pause;
-  calls.add("withdraw " + std::to_string(uid));
-  EXPECT_EQ(streams.erase(uid), 1U) << "withdrew a stream that the host does not own";
+  auto stream = streams.extract(uid);
+  EXPECT_FALSE(stream.empty()) << "withdrew a stream that the host does not own";
+  if (keepsWithdrawn && !stream.empty()) withdrawn.push_back(std::move(stream.mapped()));
+  streamCall("withdraw " + std::to_string(uid));
   return kGeneralFailure;
 }
 
 Status FakeHost::selectStream(UID uid, std::int32_t flag) {
   const FaultPause pause;
-  calls.add("select " + std::to_string(uid) + " " + std::to_string(flag));
-  EXPECT_EQ(streams.count(uid), 1U) << "selected a stream that was not announced";
+  EXPECT_TRUE(streams.contains(uid)) << "selected a stream that was not announced";
+  streamCall("select " + std::to_string(uid) + " " + std::to_string(flag));
   return kGeneralFailure;
 }
 
+FakeController::~FakeController() { EXPECT_TRUE(consumers.empty()) << "was never deregistered"; }
+
 bool FakeController::getValue(const Setting& setting, SettingValue& out) {
-  return settings_.get(setting, out);
+  const FaultPause pause;
+  if (host_.logsQueries) calls.add("controller getValue " + pathOf(setting));
+  return host_.settings.get(setting, out);
 }
 
 void FakeController::setValue(const Setting& setting, const SettingValue& /*value*/) {
@@ -165,13 +188,13 @@ void FakeController::change(const char* group, const char* key, const SettingVal
 }
 
 void FakeController::changeRatio(std::uint32_t numerator, std::uint32_t denominator) {
-  settings_.setRatio(numerator, denominator);
+  host_.settings.setRatio(numerator, denominator);
   const SettingValue value = SettingValue::ratio({numerator, denominator});
   change("FrameRate", "Ratio", &value);
 }
 
 void FakeController::changeCodePage(const char* name) {
-  settings_.setString("CodePage", "Name", name);
+  host_.settings.setString("CodePage", "Name", name);
   String text(name);
   const SettingValue value = SettingValue::string(&text);
   change("CodePage", "Name", &value);

@@ -5,9 +5,11 @@
 
 #include <atomic>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -57,7 +59,9 @@ struct FakeContext : Ombe::PluginContext {
   std::vector<std::string> asked;
 };
 
-/// Owns announced streams until they are withdrawn.
+/// Owns announced streams until they are withdrawn. Fails the test on a call that has no place: a
+/// reserved slot, a stream under an identifier that the host did not give or gave away already, a
+/// stream that is not its own.
 class FakeHost : public Ombe::ContainerHost {
  public:
   ~FakeHost() override;
@@ -65,7 +69,7 @@ class FakeHost : public Ombe::ContainerHost {
   void setValue(const Ombe::Setting& setting, const Ombe::SettingValue& value) override;
   Ombe::UID newUID() override;
   Ombe::String preferredLanguage() override;
-  double getTimeOffset() override { return offset; }
+  double getTimeOffset() override;
   Ombe::Status announceStream(Ombe::StreamInterface* stream) override;
   Ombe::Status withdrawStream(Ombe::UID uid) override;
   Ombe::Status selectStream(Ombe::UID uid, std::int32_t flag) override;
@@ -91,16 +95,26 @@ class FakeHost : public Ombe::ContainerHost {
   FakeSettings settings;
   CallLog calls;
   double offset = 0;
+  bool logsQueries = false;  // settings and offset, which are asked for often
   Ombe::UID nextUID = 1;
   std::string language;
   std::map<Ombe::UID, std::unique_ptr<Ombe::StreamInterface>> streams;
+  bool keepsWithdrawn = false;
+  std::vector<std::unique_ptr<Ombe::StreamInterface>> withdrawn;
+  std::function<void(const std::string& call)> callBack;  // from within each call about a stream
+
+ private:
+  void streamCall(const std::string& call);
+
+  std::set<Ombe::UID> given_;
 };
 
 /// Shares the host's settings; `change` stores and then tells the consumers, without its lock. Any
 /// thread.
 class FakeController : public Ombe::SubtitleController {
  public:
-  explicit FakeController(FakeSettings& settings) : settings_(settings) {}
+  explicit FakeController(FakeHost& host) : calls(host.calls), host_(host) {}
+  ~FakeController() override;
   bool getValue(const Ombe::Setting& setting, Ombe::SettingValue& out) override;
   void setValue(const Ombe::Setting& setting, const Ombe::SettingValue& value) override;
   bool registerConsumer(Ombe::SettingConsumer* consumer) override;
@@ -123,12 +137,12 @@ class FakeController : public Ombe::SubtitleController {
   void changeRatio(std::uint32_t numerator, std::uint32_t denominator);
   void changeCodePage(const char* name);
 
-  CallLog calls;
+  CallLog& calls;  // the host's: the order among both counts
   std::vector<Ombe::SettingConsumer*> consumers;
 
  private:
   std::mutex mutex_;
-  FakeSettings& settings_;
+  FakeHost& host_;
 };
 
 struct FakeClock : Ombe::TimeSource {
@@ -193,7 +207,7 @@ struct Engine {
 
   FakeContext context;
   FakeHost host;
-  FakeController controller{host.settings};
+  FakeController controller{host};
   FakeClock clock;
   Component component{&context};
 };
