@@ -29,7 +29,12 @@ Status SubtitleParserTemplate<Format>::activateProgram(UID program) {
   if (subtitleController != nullptr) subtitleController->registerConsumer(this);
   if (program != programUID || this->host == nullptr) return kGeneralFailure;
   preferredLanguage = this->host->preferredLanguage();
-  for (const auto& [uid, stream] : streams) this->host->announceStream(stream);
+  // Step by step, since the host may come back and release the streams while it is told of one.
+  for (auto next = streams.begin(); next != streams.end();) {
+    const auto [uid, stream] = *next;
+    this->host->announceStream(stream);
+    next = streams.upper_bound(uid);
+  }
   if (!streams.empty()) this->host->selectStream(streamToSelect(), 1);
   return kSuccess;
 }

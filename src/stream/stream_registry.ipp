@@ -10,16 +10,19 @@
 namespace Ombe {
 
 /// Publishes `list` as a new stream under a fresh UID of the host. The list is sorted in place; its
-/// chunks are the stream's once the call returns, and still the caller's when it throws.
+/// chunks are the stream's once the call returns, and still the caller's when it throws. A stream
+/// under the same UID, should the host repeat itself, is withdrawn first.
 template <typename Format>
 void SubtitleParserTemplate<Format>::addStream(EntryList& list, const ByteString& name,
                                                const String& language, const String& region) {
   sortEntries(list);
   auto stream =
       std::make_unique<OverlayStream>(*this, this->host->newUID(), list, name, language, region);
-  const auto [slot, isFree] = streams.try_emplace(stream->streamUID(), nullptr);
-  if (!isFree) retireStream(slot->first, *slot->second);
-  slot->second = stream.release();
+  const UID uid = stream->streamUID();
+  std::map<UID, OverlayStream*> added{{uid, stream.get()}};  // from here on nothing throws
+  while (const auto replaced = streams.extract(uid)) retireStream(uid, *replaced.mapped());
+  streams.merge(added);
+  stream.release();
 }
 
 /// Does nothing for a factor that is not a finite number, as an unset rate gives.
@@ -33,11 +36,12 @@ void SubtitleParserTemplate<Format>::scaleTimes(double factor) {
 template <typename Format>
 void SubtitleParserTemplate<Format>::releaseStreams() {
   const Lock lock(mutex);
-  for (const auto& [uid, stream] : streams) retireStream(uid, *stream);
-  streams.clear();
+  const auto released = std::exchange(streams, {});
+  for (const auto& [uid, stream] : released) retireStream(uid, *stream);
 }
 
-/// Releases the entries and has the host withdraw the stream, which may destroy it on the spot.
+/// Releases the entries and has the host withdraw the stream, which may destroy it on the spot and
+/// come back with further calls. The stream is out of the map by then.
 template <typename Format>
 void SubtitleParserTemplate<Format>::retireStream(UID uid, OverlayStream& stream) {
   const EntryList released = std::exchange(stream.entries, {});
