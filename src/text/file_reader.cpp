@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cinttypes>
 #include <limits>
 #include <memory>
 
@@ -50,9 +51,9 @@ class InputFile {
 };
 
 void logUnallocated(std::uint64_t bytes) {
-  constexpr std::uint64_t kLargest = std::numeric_limits<long>::max();
-  Logger::instance().log(kChannel, kFunction, 298, "Couldn't allocate %ld bytes\n",
-                         static_cast<long>(std::min(bytes, kLargest)));
+  constexpr std::uint64_t kLargest = std::numeric_limits<std::int64_t>::max();
+  Logger::instance().log(kChannel, kFunction, 298, "Couldn't allocate %" PRId64 " bytes\n",
+                         static_cast<std::int64_t>(std::min(bytes, kLargest)));
 }
 
 /// How many bytes to read. False, logged, when a file is too large for 32 bits. A size that cannot
@@ -97,8 +98,9 @@ bool readFile(SettingStore* store, const ByteString& path, ByteString& out, std:
   const ssize_t got = file.read(block.data(), count);
   file.close();
   if (got < 0 || static_cast<std::size_t>(got) != count) {
-    Logger::instance().log(kChannel, kFunction, 309, "Tried to read %ld bytes, got %ld\n",
-                           static_cast<long>(count), static_cast<long>(got));
+    Logger::instance().log(kChannel, kFunction, 309,
+                           "Tried to read %" PRId64 " bytes, got %" PRId64 "\n",
+                           std::int64_t{count}, std::int64_t{got});
     return false;
   }
   const auto* bytes = reinterpret_cast<const unsigned char*>(block.data());
