@@ -41,7 +41,8 @@ class SubtitleParserTemplate : public ContainerInterface,
   Status deactivate(bool keepStreams) override;
   Status getFileSize(std::uint64_t* size) override;
 
-  /// Slot 20. Writes the name of the streams' text format with its NUL; `buffer` holds 8 bytes.
+  /// Slot 20. Writes the name of the streams' text format with its NUL into a buffer of 5 bytes or
+  /// more.
   virtual void defaultCodePage(char* buffer) = 0;
   virtual bool reservedSlot21(std::int32_t argument);
   /// Slot 22.

@@ -12,6 +12,9 @@ struct FrameRate {
   std::uint64_t denominator = 0;
 
   [[nodiscard]] bool isSet() const { return numerator != 0 && denominator != 0; }
+  /// The same pair of numbers: 50/2 is another rate than 25/1.
+  bool operator==(const FrameRate&) const = default;
+
   [[nodiscard]] double perSecond() const {
     return static_cast<double>(numerator) / static_cast<double>(denominator);
   }

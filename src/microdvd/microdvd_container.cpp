@@ -56,6 +56,9 @@ void MicroDVDContainer::changeFrameRate(Ratio wanted) {
   frameRateNumerator = rate.numerator;
   frameRateDenominator = rate.denominator;
   if (!old.isSet()) return;  // nothing was timed with it
+  // The same rate again must leave the times alone; the quotients below round to a hair less than 1
+  // for some, such as 23976/1000.
+  if (old == rate) return;
   const double inverse =
       static_cast<double>(rate.denominator) / static_cast<double>(rate.numerator);
   scaleTimes(old.perSecond() * inverse);

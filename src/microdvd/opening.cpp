@@ -46,6 +46,7 @@ Status MicroDVDContainer::open(const MediaSource& source) {
     fileFrameRateDenominator = stated.denominator;
   });
   if (!parser.parse(reinterpret_cast<char*>(text.data()))) return kGeneralFailure;
+  // The rate follows when nothing can fail any more, so that a failed open leaves the old one.
   addStream(parser.entries(), fileName(view(uri)), String(), String());
   parser.entriesTaken();
   frameRateNumerator = parser.rate().numerator;

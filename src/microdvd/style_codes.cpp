@@ -26,7 +26,7 @@ StyledText translateStyle(std::string_view text) {
   StyledText styled = unchanged(text.substr(brace + 1));
   for (const char letter : text.substr(kFirstLetter, brace - kFirstLetter)) {
     if (lowered(letter) == 'i') wrap(styled, "<i>", "</i>");
-    if (lowered(letter) == 'b') wrap(styled, "<b>", "</B>");  // renderers know it in capitals
+    if (lowered(letter) == 'b') wrap(styled, "<b>", "</B>");  // always a capital
   }
   return styled;
 }

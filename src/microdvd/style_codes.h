@@ -35,9 +35,10 @@ struct StyledText {
 };
 
 /// Turns the one style marker that may stand at the start of an entry's text into HTML-like tags
-/// around all that follows it: a slash or backslash and {y:i} into <i>, {y:b} into <b>, {c:$RRGGBB}
-/// into a font colour. Any other text, and a marker anywhere else, stays as it is. The result
-/// refers to `text`. Pure; works on bytes of any character set that holds ASCII.
+/// around all that follows it. A slash or backslash is <i>; a code {y:...} of at most two letters
+/// is dropped, its letters i and b becoming <i> and <b>; {c:$RRGGBB} is a font colour. Any other
+/// text, and a marker anywhere else, stays as it is. The result refers to `text`. Pure; works on
+/// bytes of any character set that holds ASCII.
 StyledText translateStyleCodes(std::string_view text);
 
 }  // namespace Ombe

@@ -115,13 +115,18 @@ MediaChunk* SubtitleParserTemplate<Format>::OverlayStream::currentEntry() const 
 /// A new chunk with the entry's text in UTF-8 (or, where that cannot be had, as it is stored).
 template <typename Format>
 OwnedChunk SubtitleParserTemplate<Format>::OverlayStream::copyEntry(MediaChunk& entry) const {
-  const ChunkAccess access(entry);
-  ByteString converted;
-  const bool isConverted = owner().convertEntryText(access.bytes(), entry.bufferSize(), converted);
-  const unsigned char* text = isConverted ? converted.data() : access.bytes();
-  const std::uint32_t length = isConverted ? converted.length() : entry.bufferSize();
-  std::unique_ptr<unsigned char[]> copy(new unsigned char[length]);
-  if (length != 0) std::memcpy(copy.get(), text, length);
+  std::unique_ptr<unsigned char[]> copy;
+  std::uint32_t length = 0;
+  {
+    const ChunkAccess access(entry);
+    ByteString converted;
+    const bool isConverted =
+        owner().convertEntryText(access.bytes(), entry.bufferSize(), converted);
+    const unsigned char* text = isConverted ? converted.data() : access.bytes();
+    length = isConverted ? converted.length() : entry.bufferSize();
+    copy.reset(new unsigned char[length]);
+    if (length != 0) std::memcpy(copy.get(), text, length);
+  }
   return createTextChunk(*owner().allocator, std::move(copy), length);
 }
 

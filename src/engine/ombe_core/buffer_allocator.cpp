@@ -4,6 +4,12 @@
 
 namespace Ombe {
 
+// The offsets of a class with a table are conditionally supported; both compilers support them.
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+struct BufferAllocatorLayout {
+  static_assert(offsetof(IBufferAllocator, reservedValue_) == sizeof(void*));
+};
+
 IBufferAllocator::~IBufferAllocator() = default;
 
 bool IBufferAllocator::reservedSlot2(std::uint32_t /*argument*/) { return false; }

@@ -18,8 +18,9 @@ inline constexpr char kContainerInterfaceId[] = "com.kelm.streamengine.interface
 
 /// Obtained by lookup of kContainerInterfaceId; part of the component, valid as long as it. Order
 /// of calls: attach; probe and open; getProgramUIDs; activateProgram; the streams; deactivate.
-/// Everything is called on the engine's calling thread; `open`, `activateProgram` and `deactivate`
-/// exclude the operations of the container's streams on other threads.
+/// Called on the engine's calling thread. `open`, `activateProgram`, `deactivate` and
+/// `settingChanged` exclude each other and the operations of the container's streams, so these may
+/// also come from other threads.
 class OMBE_API ContainerInterface {
  public:
   ContainerInterface() = default;

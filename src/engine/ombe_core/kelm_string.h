@@ -40,8 +40,9 @@ class kelm_string {
     length_ = length;
   }
 
-  kelm_string(const kelm_string& other)
-      : kelm_string(other.data_, other.length_, *other.allocator_) {}
+  /// A copy comes from the process-wide allocator, whatever the original came from: it may outlive
+  /// the allocator of a plug-in or host.
+  kelm_string(const kelm_string& other) : kelm_string(other.data_, other.length_) {}
   kelm_string(kelm_string&& other) noexcept : allocator_(other.allocator_) { swap(other); }
 
   /// On std::bad_alloc the string keeps its old value.

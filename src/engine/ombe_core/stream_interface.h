@@ -37,13 +37,15 @@ class OMBE_API StreamInterface {
   virtual const FormatRequirement* getFormat() = 0;         // slot 5; the stream's
   virtual const ImageProperties* getImageProperties() = 0;  // slot 6; the stream's
   virtual std::int32_t reservedSlot7();
-  virtual StreamInterface* getPrimaryTrack();                   // slot 8; the stream itself
+  virtual StreamInterface* getPrimaryTrack();  // slot 8; the parent, or else itself
   virtual StreamInterface* getAuxiliaryTracks(unsigned index);  // slot 9; null past the last
   /// Slot 10. The clock is not owned and must outlive the stream. 0, or -1 for null, which leaves
   /// the previous clock.
   virtual Status setTimeSource(TimeSource* clock) = 0;
   virtual Status resetStream() = 0;  // slot 11; back to the first entry of the direction; 0
-  /// Slot 12. Time of the next entry at or after `time` in the direction of reading.
+  /// Slot 12. Forward: start of the first entry at or after `time`, or else the end of the last
+  /// one. Backward: start of the last entry that ended before `time`, or else 1 ms before the first
+  /// one.
   virtual Status getNextChunkTime(std::uint32_t reserved, std::uint32_t time,
                                   std::uint32_t* out) = 0;
   /// Slot 13. Moves to the entry of that time; `out`, when given, receives where it went.
