@@ -36,8 +36,10 @@ void SubtitleParserTemplate<Format>::scaleTimes(double factor) {
 template <typename Format>
 void SubtitleParserTemplate<Format>::releaseStreams() {
   const Lock lock(mutex);
-  const auto released = std::exchange(streams, {});
-  for (const auto& [uid, stream] : released) retireStream(uid, *stream);
+  while (!streams.empty()) {
+    const auto first = streams.extract(streams.begin());
+    retireStream(first.key(), *first.mapped());
+  }
 }
 
 /// Releases the entries and has the host withdraw the stream, which may destroy it on the spot and
