@@ -33,6 +33,7 @@ void breakLines(char* text, std::size_t length) {
 }
 
 void logEntry(MediaChunk& entry) {
+  if (!Logger::instance().enabled()) return;
   const ChunkAccess access(entry);
   Logger::instance().log("Container", "open", 422, "got subtitle start: %d duration: %d '%s'",
                          static_cast<int>(entry.timestamp), static_cast<int>(entry.duration),

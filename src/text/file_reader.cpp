@@ -12,7 +12,6 @@
 #include "ombe_core/logger.h"
 #include "ombe_core/setting_store.h"
 #include "text/charset.h"
-#include "text/large_block.h"
 #include "text/memory_buffer.h"
 #include "text/text_settings.h"
 
@@ -107,7 +106,7 @@ bool readFile(SettingStore* store, const ByteString& path, ByteString& out, std:
   String codePage;
   const std::uint32_t skipped = detectTextSignature(bytes, count, codePage);
   if (store != nullptr) storeCodePage(*store, codePage);
-  out = ByteString(bytes + skipped, count - skipped, FileTextAllocator::instance());
+  out = ByteString(bytes + skipped, count - skipped);
   return true;
 }
 

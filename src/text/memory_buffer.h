@@ -6,8 +6,6 @@
 #include <new>
 #include <type_traits>
 
-#include "text/large_block.h"
-
 namespace ktl {
 
 /// Holds `size` elements from array new, or no block at all: there is a block exactly when the size
@@ -42,9 +40,7 @@ class MemoryBuffer {
  private:
   static T* allocate(std::uint32_t size) {
     try {
-      T* const block = new T[size];
-      Ombe::adviseHugePages(block, sizeof(T) * size);
-      return block;
+      return new T[size];
     } catch (const std::bad_alloc&) {
       return nullptr;
     }
