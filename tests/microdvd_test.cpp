@@ -57,8 +57,7 @@ TEST(StyleCodes, TurnOneMarkerAtTheStartIntoTags) {
       {"Text {y:i}", "Text {y:i}"},
       {"{y", "{y"},
       {"{", "{"},
-      {"{yi}x", "{yi}x"},
-  };
+      {"{yi}x", "{yi}x"}};
   for (const auto& [text, expected] : cases) EXPECT_EQ(translateStyleCodes(text).str(), expected);
 }
 
@@ -161,8 +160,7 @@ TEST(FrameTimes, AreUnsignedWrapAndTruncate) {
       {-1, {25, 1}, 4294967295ULL * 1000 / 25 & 0xFFFFFFFF},
       {2147483647, {25, 1}, 2147483647ULL * 1000 / 25 & 0xFFFFFFFF},
       {7, {3, 1ULL << 62}, static_cast<std::uint32_t>((7 * (1ULL << 62) * 1000) / 3)},
-      {5, {0xFFFFFFFFFFFFFFFF, 1}, 0},
-  };
+      {5, {0xFFFFFFFFFFFFFFFF, 1}, 0}};
   for (const Case& c : cases) {
     EXPECT_EQ(frameToMilliseconds(c.frame, c.rate), c.milliseconds) << c.frame;
   }
@@ -189,8 +187,7 @@ TEST(StreamChoice, PrefersLanguageThenRegionThenTheFirst) {
       {{{1, "de", "AT"}, {2, "de", ""}}, "de-AT", 1},
       {{{5, "eng", ""}, {6, "deu", ""}}, "de", 6},
       {{{0, "de", ""}, {6, "de", ""}}, "de", 6},  // a UID of 0 counts as nothing chosen
-      {{{3, "en", ""}}, "de", 3},
-  };
+      {{{3, "en", ""}}, "de", 3}};
   for (const Case& c : cases) EXPECT_EQ(chooseStream(c.streams, c.preferred), c.chosen);
 }
 

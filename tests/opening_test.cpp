@@ -88,8 +88,7 @@ TEST(Opening, TurnsLinesIntoTimedEntries) {
       {" {24}{48}a\n", "refused"},
       {"{24}48}a\n", "refused"},
       {"{}{48}a\n", "refused"},
-      {"", "refused"},
-  };
+      {"", "refused"}};
   for (const FileCase& c : cases) EXPECT_EQ(entriesOf(c), c.entries) << c.content;
 }
 
@@ -158,8 +157,7 @@ TEST(Detection, JudgesByTheFirstLineThatIsNotEmpty) {
       {"{1}{25}\xFF\xFE", true},
       {"\xC0{1}{25}Hi", false},
       {"\xEF\xBB\xBF{1}{25}Hi", true},
-      {std::string("\xFF\xFE{\0001\0}\0{\0002\0}\0", 14), true},
-  };
+      {std::string("\xFF\xFE{\0001\0}\0{\0002\0}\0", 14), true}};
   for (const auto& [content, expected] : cases) {
     Engine engine;
     FormatRequirementList missing(1);

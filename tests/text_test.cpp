@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <thread>
 
 #include "ombe_core/string_tools.h"
 #include "support/allocation_faults.h"
@@ -170,22 +169,6 @@ TEST(Conversion, FailsSoftlyWithoutALibraryAFunctionACodePageOrMemory) {
   EXPECT_TRUE(units == nullptr && count == 0);
 }
 
-TEST(Conversion, BindsTheLibraryOnceForAllThreads) {
-  const std::string many(100000, '\x80');
-  std::vector<const UCNVLibrary*> bindings(8);
-  {
-    std::vector<std::jthread> threads;
-    threads.reserve(bindings.size());
-    for (auto& binding : bindings) {
-      threads.emplace_back([&] {
-        EXPECT_EQ(convertToUtf8("CP1252", bytesOf(many), sizeOf(many)).size(), 3 * many.size());
-        binding = &UCNVLibrary::instance();
-      });
-    }
-  }
-  EXPECT_THAT(bindings, testing::Each(&UCNVLibrary::instance()));
-}
-
 TEST(MemoryBufferTest, HasABlockExactlyWhenItsSizeIsNotZero) {
   ktl::MemoryBuffer<char> buffer(2, true);
   buffer.data()[1] = 'x';
@@ -271,48 +254,6 @@ TEST(Reading, ForDetectionDecodesAndKeepsTheNameWithoutASignature) {
   EXPECT_EQ(view(out), "CD");
   const ombe_test::TempFile file("AB");
   EXPECT_FALSE(readDecodedText(nullptr, toByteString(file.path()), nullptr, kWholeFile));
-}
-
-/// Names one code page for every question, and frees what it is given.
-struct OneNameStore : SettingStore {
-  bool getValue(const Setting& /*setting*/, SettingValue& out) override {
-    out = SettingValue::string(&name);
-    return true;
-  }
-  void setValue(const Setting& /*setting*/, const SettingValue& value) override {
-    const std::unique_ptr<String> taken(value.asString());
-  }
-  String name = "UTF16-LE";
-};
-
-TEST(Reading, LeaksNeitherMemoryNorADescriptorWhenAnAllocationFails) {
-  const ombe_test::TempFile file("\xFF\xFE{\0}\0"s);
-  const ByteString path = toByteString(file.path());
-  OneNameStore store;
-  const auto run = [&](long nth, FaultMode mode) {
-    ByteString out;
-    const AllocationFault fault(nth, mode);
-    try {
-      if (uriToFilePath(path, out) == kSuccess) readDecodedText(&store, path, &out, kWholeFile);
-    } catch (const std::bad_alloc&) {  // may come out; what matters is what stays behind
-    }
-    return fault.happened();
-  };
-  run(0, FaultMode::kOnce);  // what lives as long as the process comes into being
-  const auto lowestFreeDescriptor = [] {
-    const int descriptor = ::dup(0);
-    ::close(descriptor);
-    return descriptor;
-  };
-  const int before = lowestFreeDescriptor();
-  const long live = ombe_test::liveAllocations();
-  for (const auto mode : {FaultMode::kOnce, FaultMode::kFromThereOn}) {
-    long nth = 1;
-    while (run(nth, mode)) ++nth;
-    EXPECT_GT(nth, 5);
-    EXPECT_EQ(ombe_test::liveAllocations(), live);
-  }
-  EXPECT_EQ(lowestFreeDescriptor(), before);
 }
 
 }  // namespace
