@@ -20,7 +20,6 @@
 #include <vector>
 
 #include "floor.h"
-#include "host/freed_memory.h"
 #include "host/session.h"
 #include "ombe_core/media_source.h"
 
@@ -138,7 +137,6 @@ int run(std::string_view name, const Arguments& arguments, int repeats) {
 
 int main(int argc, char** argv) {
   if (argc < 3) return 2;
-  Ombe::keepFreedMemory();  // as the program itself
   try {
     Arguments arguments{argv[2], {}};
     if (argc > 3 && *argv[3] != '\0') arguments.options.codePage = argv[3];

@@ -3,7 +3,6 @@
 #include <new>
 
 #include "host/failure.h"
-#include "host/freed_memory.h"
 #include "host/messages.h"
 #include "host/options.h"
 
@@ -19,7 +18,6 @@ Ombe::ExitCode run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  Ombe::keepFreedMemory();
   Ombe::ExitCode code = Ombe::ExitCode::kRefused;
   try {
     code = run(argc, argv);
