@@ -9,6 +9,14 @@ namespace {
 
 constexpr std::size_t kSampleSize = std::size_t{1} << 16;  // bytes that a guess is made from
 
+/// U+0080 to U+009F, which is what converters make of bytes that a code page leaves unused.
+bool holdsUnused(std::string_view text) {
+  for (std::size_t at = text.find('\xC2'); at + 1 < text.size(); at = text.find('\xC2', at + 1)) {
+    if (static_cast<unsigned char>(text[at + 1]) < 0xA0) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 TextEncodingCheck::TextEncodingCheck(const std::string& codePage, Findings& findings)
@@ -25,7 +33,7 @@ void TextEncodingCheck::take(std::string_view text, std::uint64_t line) {
 
 void TextEncodingCheck::convert(std::string_view text, std::uint64_t line) {
   const std::optional<std::string> converted = reader_->read(text);
-  if (!converted) {
+  if (!converted || holdsUnused(*converted)) {
     findings_.add({Severity::kWarning, "code-page", line,
                    "holds bytes that are no characters of " + codePage_, std::string(text)});
   } else if (*converted != text && nextUtf8Piece(*converted).length == converted->size()) {
