@@ -1,0 +1,186 @@
+// Files and converter libraries that fail the built plug-in.
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <climits>
+#include <cstdlib>
+#include <optional>
+#include <utility>
+
+#include "support/fakes.h"
+
+/// What the system is made to say instead of the truth.
+struct Pretence {
+  std::optional<off_t> size;
+  std::optional<ssize_t> got;
+  bool hasNoLibraries = false;
+  int uses = 0;
+};
+static Pretence pretence;
+
+extern "C" {
+#define OMBE_INSTEAD_OF(name) __asm__(name) __attribute__((visibility("default")))
+ssize_t maybeRead(int file, void* block, std::size_t count) OMBE_INSTEAD_OF("read");
+off_t maybeSeek(int file, off_t offset, int whence) OMBE_INSTEAD_OF("lseek64");
+void* maybeLoad(const char* file, int mode) OMBE_INSTEAD_OF("dlopen");
+
+ssize_t maybeRead(int file, void* block, std::size_t count) {
+  static const auto real = reinterpret_cast<decltype(&maybeRead)>(::dlsym(RTLD_NEXT, "read"));
+  if (!pretence.got) return real(file, block, count);
+  ++pretence.uses;
+  return *pretence.got;
+}
+
+off_t maybeSeek(int file, off_t offset, int whence) {
+  static const auto real = reinterpret_cast<decltype(&maybeSeek)>(::dlsym(RTLD_NEXT, "lseek64"));
+  if (!pretence.size) return real(file, offset, whence);
+  ++pretence.uses;
+  return *pretence.size;
+}
+
+void* maybeLoad(const char* file, int mode) {
+  static const auto real = reinterpret_cast<decltype(&maybeLoad)>(::dlsym(RTLD_NEXT, "dlopen"));
+  if (!pretence.hasNoLibraries) return real(file, mode);
+  ++pretence.uses;
+  return nullptr;
+}
+}
+
+namespace ombe_test {
+namespace {
+
+using testing::ElementsAreArray;
+
+std::ptrdiff_t openDescriptors() {
+  const std::filesystem::directory_iterator all("/proc/self/fd");
+  return std::distance(begin(all), end(all));
+}
+
+struct Failure {
+  std::string path;
+  std::vector<std::string> probing, opening;  // records
+  std::optional<off_t> size = std::nullopt;
+  std::optional<ssize_t> got = std::nullopt;
+  bool isRecognised = false;
+};
+
+void expectFailure(const Failure& failure) {
+  Engine engine;
+  LogCapture log;
+  const std::ptrdiff_t before = openDescriptors();
+  pretence = {failure.size, failure.got};
+  EXPECT_EQ(engine.probe("file://" + failure.path), failure.isRecognised) << failure.path;
+  EXPECT_THAT(log.take(), ElementsAreArray(failure.probing));
+  EXPECT_EQ(engine.open("file://" + failure.path), Ombe::kGeneralFailure) << failure.path;
+  EXPECT_THAT(log.take(), ElementsAreArray(failure.opening));
+  EXPECT_EQ(pretence.uses > 0, failure.size || failure.got);
+  pretence = {};
+  EXPECT_EQ(openDescriptors(), before) << failure.path;
+}
+
+std::string record(const std::string& text) { return "Utilities readFile:" + text + "\n"; }
+
+std::string notOpened(const std::string& path) { return record("284 Failed to open file " + path); }
+
+std::string tried(int count, int got) {
+  return record("309 Tried to read " + std::to_string(count) + " bytes, got " +
+                std::to_string(got));
+}
+
+std::string unallocated(std::uint64_t count) {
+  const auto shown = std::min<std::uint64_t>(count, LONG_MAX);
+  return record("298 Couldn't allocate " + std::to_string(shown) + " bytes");
+}
+
+TEST(File, ThatCannotBeReadIsRefusedLoggedAndClosed) {
+  const std::string content = "{1}{2}ab";
+  const TempFile file(content), empty(""), huge(content), notUtf8(content, "\xFF.sub");
+  std::filesystem::resize_file(huge.path(), 0x100000000);
+  const std::string missing = file.path() + ".sub", folder = file.path() + ".txt";
+  const std::string fifo = empty.path() + ".sub";
+  std::filesystem::create_directory(folder);
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+  const int writer = ::open(fifo.c_str(), O_RDWR);
+  ASSERT_EQ(::write(writer, "{1}{2}ab", 8), 8);
+  const Failure failures[] = {
+      {missing, {notOpened(missing), notOpened(missing)}, {notOpened(missing)}},
+      {folder, {tried(1024, -1), tried(4096, -1)}, {tried(4096, -1)}, 4096},
+      {notUtf8.path(), {}, {}},
+      {empty.path(), {tried(1024, 0)}, {}},
+      {file.path(), {tried(1024, 8), tried(9, 8)}, {tried(9, 8)}, 9},
+      {file.path(), {tried(1024, 3), tried(8, 3)}, {tried(8, 3)}, {}, 3},
+      {file.path(), {tried(1024, -1), tried(8, -1)}, {tried(8, -1)}, {}, -1},
+      {fifo, {tried(1024, 8), unallocated(0)}, {unallocated(0)}},
+      {file.path(), {tried(1024, 8), unallocated(0)}, {unallocated(0)}, 0xFFFFFFFF},
+      {huge.path(), {}, {unallocated(0x100000001)}, {}, {}, true},
+      {huge.path(), {}, {unallocated(0x8000000000000000)}, LLONG_MAX, {}, true},
+  };
+  for (const Failure& failure : failures) expectFailure(failure);
+  ::close(writer);
+}
+
+TEST(File, ThatMayNotBeReadIsRefusedLoggedAndClosed) {
+  const TempFile file("{1}{2}ab");
+  std::filesystem::permissions(std::filesystem::path(file.path()).parent_path(),
+                               std::filesystem::perms(0755));
+  std::filesystem::permissions(file.path(), std::filesystem::perms::none);
+  const bool isRoot = ::geteuid() == 0;  // to whom nothing is forbidden
+  if (isRoot && ::seteuid(65534) != 0) GTEST_SKIP() << "root cannot become another user here";
+  const std::string refused = notOpened(file.path());
+  expectFailure({file.path(), {refused, refused}, {refused}});
+  ASSERT_TRUE(!isRoot || ::seteuid(0) == 0);
+}
+
+/// Plays a text, in a process that has bound no converter library yet, with one that lacks a
+/// function.
+void readWithStub(const std::string& missing) {
+  const std::string file = OMBE_CONVERTER_STUBS "/without_" + missing + ".so";
+  void* const stub = ::dlopen(file.c_str(), RTLD_NOW);
+  ASSERT_NE(stub, nullptr) << ::dlerror();
+  Engine engine;
+  engine.clock.now = 9999;
+  Ombe::StreamInterface* stream = engine.play("{1}{1}1000\n{1000}{3000}abcd");
+  constexpr std::pair<const char*, const char*> kPages[] = {
+      {"any", "ABCD"}, {"none", "abcd"}, {"unsound", "abcd"}, {"in0", "abcd"},
+      {"in2", "AB"},   {"out0", "abcd"}, {"out3", "ABC"},     {"in1", "abcd"}};
+  for (const auto& [page, text] : kPages) {
+    engine.controller.changeCodePage(page);
+    stream->resetStream();
+    EXPECT_EQ(readOne(*stream), "1000+2000 " + std::string(missing == "nothing" ? text : "abcd"))
+        << page;
+  }
+  EXPECT_EQ(*static_cast<int*>(::dlsym(stub, "openConverters")), 0);
+}
+
+/// The library is not there for the first conversion, and no later one looks for it again.
+void readWithoutLibrary() {
+  Engine engine;
+  engine.clock.now = 9999;
+  engine.host.settings.setString("CodePage", "Name", "CP1250");
+  Ombe::StreamInterface* stream = engine.play("{1}{1}1000\n{1000}{3000}\xB3\xB9");
+  pretence.hasNoLibraries = true;
+  EXPECT_EQ(readOne(*stream), "1000+2000 \xB3\xB9");
+  EXPECT_GT(std::exchange(pretence, {}).uses, 0);
+  stream->resetStream();
+  EXPECT_EQ(readOne(*stream), "1000+2000 \xB3\xB9");
+}
+
+template <typename Body>
+[[noreturn]] void runAndExit(Body body) {
+  body();
+  std::exit(testing::Test::HasFailure() ? 1 : 0);
+}
+
+TEST(Converter, ThatIsMissingOrFailsLeavesTextUndecodedOrAsFarAsItCame) {
+  const testing::ExitedWithCode good(0);
+  for (const char* missing : {"nothing", "open", "close", "tounicode", "fromunicode"}) {
+    EXPECT_EXIT(runAndExit([&] { readWithStub(missing); }), good, "") << missing;
+  }
+  EXPECT_EXIT(runAndExit(readWithoutLibrary), good, "");
+}
+
+}  // namespace
+}  // namespace ombe_test
