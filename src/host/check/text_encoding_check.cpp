@@ -11,7 +11,9 @@ constexpr std::size_t kSampleSize = std::size_t{1} << 16;  // bytes that a guess
 
 /// U+0080 to U+009F, which is what converters make of bytes that a code page leaves unused.
 bool holdsUnused(std::string_view text) {
-  for (std::size_t at = text.find('\xC2'); at + 1 < text.size(); at = text.find('\xC2', at + 1)) {
+  std::size_t at = text.find('\xC2');
+  for (; at != std::string_view::npos; at = text.find('\xC2', at + 2)) {
+    // The text is well formed, so a byte follows.
     if (static_cast<unsigned char>(text[at + 1]) < 0xA0) return true;
   }
   return false;
