@@ -1,26 +1,19 @@
 // Why a file will or will not play, WebVTT, exports of many files, and what describes the program.
 #include <gmock/gmock.h>
-#include <sys/wait.h>
-
-#include <fstream>
-#include <sstream>
 
 #include "host/check/examination.h"
 #include "host/code_page.h"
 #include "host/command_description.h"
 #include "host/completion.h"
-#include "host/export/export_plan.h"
-#include "host/failure.h"
 #include "host/man_page.h"
 #include "host/subtitle_writer.h"
-#include "support/fakes.h"
+#include "support/run_program.h"
 
 namespace ombe_test {
 namespace {
 
 namespace fs = std::filesystem;
 using namespace Ombe;  // NOLINT(google-build-using-namespace): the subject of every test here
-using testing::ElementsAre;
 using testing::HasSubstr;
 using std::string_literals::operator""s;
 
@@ -47,55 +40,40 @@ CheckReport examined(const std::string& path, SessionOptions options = {}, std::
 TEST(Check, FindsWhatIsWrongAndWhere) {
   const std::string bad = "{1}{2}a\n\n x\r\n{3}{4\r{5}b\n \t\n {1}{2}c\n{9}{10}d";
   const struct {
-    std::string name;
-    std::string content;
-    SessionOptions options;
-    std::string expected;
+    std::string content, expected;
+    SessionOptions options = {};
+    std::string name = "a.sub";
   } cases[] = {
-      {"a.sub", "{1}{1}25\n{25}{50}a\n", {}, "opens 1 25/1 header"},
-      {"a.sub", "{25}{50}a\r\n", {}, "opens 1 24000/1001 default"},
-      {"a.sub", "{1}{1}25\n{25}{50}a", {.frameRate = Ratio{24, 1}}, "opens 2 24/1 user; 1 header"},
-      {"a.sub", "{1}{1}25\n{25}{50}a", {.frameRate = Ratio{0, 1}}, "opens 1 25/1 header"},
-      {"a.sub", "{1}{1}25fps\n{1}{1}30", {}, "opens 2 24000/1001 default; 1 header; 2 header"},
-      {"a.sub", "{1}{1}25/0\n{1}{1}25\n{1}{1}24\n", {}, "opens 1 25/1 header; 1 header; 3 header"},
-      {"a.sub",
-       "{1}{1}25\r\n\r\n{9}{5}a\r{10}{700}b\n{20}{30}c",
-       {},
-       "opens 3 25/1 header; 3 end-before-start; 4 long; 5 overlap"},
-      {"a.sub",
-       "{2}{3}{f:A}x {s:1}\n{4}{5}{y:ibu}x\n{6}{7}{y:i}{c:$0000FF}x\n{8}{9}/a|/b\n",
-       {},
+      {"{1}{1}25\n{25}{50}a", "opens 2 24/1 user; 1 header", {.frameRate = Ratio{24, 1}}},
+      {"{1}{1}25\n{25}{50}a", "opens 1 25/1 header", {.frameRate = Ratio{0, 1}}},
+      {"{1}{1}25fps\n{1}{1}30", "opens 2 24000/1001 default; 1 header; 2 header"},
+      {"{1}{1}25/0\n{1}{1}25\n{1}{1}24\n", "opens 1 25/1 header; 1 header; 3 header"},
+      {"{1}{1}25\r\n\r\n{9}{5}a\r{10}{700}b\n{20}{30}c\n{40}{50}d",
+       "opens 4 25/1 header; 3 end-before-start; 4 long; 5 overlap; 6 overlap"},
+      {"{2}{3}{f:A}x {s:1}\n{4}{5}{y:ibu}x\n{6}{7}{y:i}{c:$0000FF}x\n{8}{9}/a|/b\n",
        "opens 4 24000/1001 default; 1 style-code; 1 style-code; 2 style-code; 3 style-code; 4 "
        "slash"},
-      {"a.sub",
-       "{2}{3}{y:b}x\n{4}{5}{c:$0000FF}x\n{6}{7}/a|b{1}\n",
-       {},
-       "opens 3 24000/1001 default"},
-      {"a.sub",
-       "{10}{20}\n{30}{40\n{-5}{50}x",
-       {},
+      {"{2}{3}{y:b}x\n{4}{5}{c:$0000FF}x\n{6}{7}/a|b{1}\n", "opens 3 24000/1001 default"},
+      {"{10}{20}\n{30}{40\n{-5}{50}x",
        "opens 1 24000/1001 default; 1 no-text; 2 no-text; 3 negative-frame; 3 end-before-start"},
-      {"a.sub", bad, {}, "open; !3 bad-line; 4 no-text; !5 bad-line; !6 bad-line; !7 bad-line"},
-      {"a.SUB", "{1}{2}a\n", {}, "open; !0 extension"},
-      {"a.sub", "\n\r\n1\n00:00:01,000 --> 00:00:02,000\n", {}, "probe; !0 foreign-format"},
-      {"a.txt", "\n\r\nHello\n", {}, "probe; !3 bad-line"},
-      {"a.sub", "", {}, "probe; !0 foreign-format"},
-      {"a.sub", "\0\0\1\xBA"s + std::string(50, 'x'), {}, "probe; !0 foreign-format"},
-      {"a.sub", "{\0001\0}\0{\0002\0}\0x\0"s, {}, "probe; !0 foreign-format"},
-      {"a.sub",
-       "{\0001\0}\0{\0002\0}\0x\0"s,
-       {.codePage = "UTF-16LE"},
-       "open; !0 foreign-format; !1 bad-line; 1 nul"},
-      {"a.sub", "\xFF\xFE{\0001\0}\0{\0002\0}\0x\0y\0\n\0x\0"s, {}, "open; !2 bad-line"},
-      {"a.sub", "\xEF\xBB\xBF{1}{2}caf\xE9s\n", {}, "opens 1 24000/1001 default; 0 code-page"},
-      {"a.sub", "{1}{2}a\n{3}{4}caf\xE9\n", {}, "opens 2 24000/1001 default; 2 not-utf-8"},
-      {"a.sub",
-       "{1}{2}caf\xE9\n{3}{4}\x81\x81\n{5}{6}\xE9",
-       {.codePage = "windows-1250"},
-       "opens 3 24000/1001 default; 2 code-page; 3 code-page"},
-      {"a.sub", "{1}{2}a\n{3}{4}b\0\nx"s, {}, "opens 2 24000/1001 default; 2 nul"},
-      {"a.sub", "{1}{2}a\n", {.codePage = "none such"}, "convert; !0 failure"},
-  };
+      {bad, "open; !3 bad-line; 4 no-text; !5 bad-line; !6 bad-line; !7 bad-line"},
+      {"{1}{2}a\n", "open; !0 extension", {}, "a.SUB"},
+      {"\n\r\n1\n00:00:01,000 --> 00:00:02,000\n", "probe; !0 foreign-format"},
+      {"\n\r\nHello\n", "probe; !3 bad-line", {}, "a.txt"},
+      {"", "probe; !0 foreign-format"},
+      {"\0\0\1\xBA"s + std::string(50, 'x'), "probe; !0 foreign-format"},
+      {"{\0001\0}\0{\0002\0}\0x\0"s, "probe; !0 foreign-format"},
+      {"{\0001\0}\0{\0002\0}\0x\0"s,
+       "open; !0 foreign-format; !1 bad-line; 1 nul",
+       {.codePage = "UTF-16LE"}},
+      {"\xFF\xFE{\0001\0}\0{\0002\0}\0x\0y\0\n\0x\0"s, "open; !2 bad-line"},
+      {"\xEF\xBB\xBF{1}{2}caf\xE9s\n", "opens 1 24000/1001 default; 0 code-page"},
+      {"{1}{2}a\n{3}{4}caf\xE9\n", "opens 2 24000/1001 default; 2 not-utf-8"},
+      {"{1}{2}caf\xE9\n{3}{4}\x81\x81\n{5}{6}\xE9",
+       "opens 3 24000/1001 default; 2 code-page; 3 code-page",
+       {.codePage = "windows-1250"}},
+      {"{1}{2}a\n{3}{4}b\0\nx"s, "opens 2 24000/1001 default; 2 nul"},
+      {"{1}{2}a\n", "convert; !0 failure", {.codePage = "none such"}}};
   for (const auto& c : cases) {
     const TempFile file(c.content, c.name);
     EXPECT_EQ(summary(examined(file.path(), c.options)), c.expected) << c.content;
@@ -107,17 +85,13 @@ TEST(Check, ShowsNoMoreOfAKindThanAskedFor) {
   const TempFile file("{1}{2}a\nx\ny\nz\n");
   const CheckReport report = examined(file.path(), {}, 2);
   EXPECT_EQ(summary(report), "open; !2 bad-line; !3 bad-line");
-  EXPECT_THAT(report.findings.omitted(), ElementsAre(testing::Pair("bad-line", 1U)));
+  EXPECT_THAT(report.findings.omitted(), testing::ElementsAre(testing::Pair("bad-line", 1U)));
 }
 
 TEST(CodePages, AreGuessedForTheSamples) {
-  const auto guess = [](const char* sample) {
-    std::ostringstream text;
-    text << std::ifstream(std::string(OMBE_SAMPLES_DIR "/") + sample, std::ios::binary).rdbuf();
-    return likelyCodePages(text.str());
-  };
-  EXPECT_EQ(guess("windows-1250.sub").at(0), "windows-1250");
-  EXPECT_EQ(guess("cyrillic-windows-1251.sub").at(0), "windows-1251");
+  EXPECT_EQ(likelyCodePages(contentOf(OMBE_SAMPLES_DIR "/windows-1250.sub")).at(0), "windows-1250");
+  EXPECT_EQ(likelyCodePages(contentOf(OMBE_SAMPLES_DIR "/cyrillic-windows-1251.sub")).at(0),
+            "windows-1251");
   EXPECT_EQ(CodePageReader("windows-1251").read("\xCF\xF0"), "Пр");
   EXPECT_EQ(CodePageReader("Shift_JIS").read("\x83"), std::nullopt);
 }
@@ -138,30 +112,18 @@ TEST(WebVtt, EscapesTextsAndCollectsColours) {
                      "<c.cff00aa>x\ny</c>\n\n" + time + "<c>z</c><c>\uFFFD\n\n" + time + "\n");
 }
 
-/// Exit code and standard error of a shell command line run in `folder`.
-std::pair<int, std::string> shell(const fs::path& folder, const std::string& line) {
-  const std::string err = (folder / "err").string();
-  const int status =
-      std::system(("cd '" + folder.string() + "' && { " + line + "; } 2>'" + err + "'").c_str());
-  std::ostringstream text;
-  text << std::ifstream(err).rdbuf();
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text.str()};
-}
-
 TEST(Export, WritesManyFilesAndKeepsWhatWouldCollide) {
   const TempFile first("{1}{2}a\n", "a.sub");
   const fs::path folder = fs::path(first.path()).parent_path();
   fs::create_directory(folder / "more");
-  const auto put = [&](const char* name, const char* content) {
-    std::ofstream(folder / name) << content;
-  };
-  put("a.txt", "{1}{2}b\n");
-  put("more/a.sub", "{1}{2}c\n");
-  put("more/bad.sub", "{1}{2}c\nx\n");
-  put("more/readme.txt", "No subtitles.\n");
-  const std::string program = "'" OMBE_BINARY "' export --plugin '" OMBE_PLUGIN "' ";
-  const auto [code, err] =
-      shell(folder, program + "-f vtt -j 3 -o out a.sub a.txt more a.sub - <a.txt");
+  const std::pair<const char*, const char*> files[] = {{"a.txt", "{1}{2}b\n"},
+                                                       {"more/a.sub", "{1}{2}c\n"},
+                                                       {"more/bad.sub", "{1}{2}c\nx\n"},
+                                                       {"more/readme.txt", "No subtitles.\n"}};
+  for (const auto& [name, content] : files) std::ofstream(folder / name) << content;
+  const std::string program = "ombe export --plugin '" OMBE_PLUGIN "' ";
+  const auto [code, out, err] =
+      runShell(folder, program + "-f vtt -j 3 -o out a.sub a.txt more a.sub - <a.txt");
   EXPECT_EQ(code, 1);
   EXPECT_THAT(err, HasSubstr("4 of 6 files written, 1 failed, 1 texts are no subtitles"));
   EXPECT_THAT(err, HasSubstr("more/bad.sub: could not be opened"));
@@ -171,8 +133,8 @@ TEST(Export, WritesManyFilesAndKeepsWhatWouldCollide) {
   }
   // A folder that was named is no part of the names in it.
   EXPECT_THAT(names, testing::UnorderedElementsAre("a.vtt", "a.txt.vtt", "a.sub.vtt", "stdin.vtt"));
-  EXPECT_EQ(shell(folder, program + "a.sub more").first, 2);
-  EXPECT_EQ(shell(folder, program + "-o a.sub/out/ more").first, 1);
+  EXPECT_EQ(runShell(folder, program + "a.sub more").exitCode, 2);
+  EXPECT_EQ(runShell(folder, program + "-o a.sub/out/ more").exitCode, 1);
 }
 
 TEST(Descriptions, NameEveryCommandAndOption) {
@@ -197,19 +159,19 @@ TEST(Descriptions, NameEveryCommandAndOption) {
 }
 
 TEST(Descriptions, AreReadByTheirPrograms) {
-  const TempFile place("");
-  const fs::path folder = fs::path(place.path()).parent_path();
-  const std::string program = "'" OMBE_BINARY "' ";
-  EXPECT_EQ(shell(folder, program + "completion bash | bash -n"), std::pair(0, ""s));
-  const auto complete = [&](const std::string& words, const std::string& last) {
-    return program + "completion bash >c && bash -c 'compopt() { :; }; . ./c; COMP_WORDS=(" +
-           words + "); COMP_CWORD=" + last + "; _ombe; echo \"${COMPREPLY[@]}\" >&2'";
+  const auto complete = [&](const std::string& words, int last) {
+    return runShell("/",
+                    "ombe completion bash | bash -c 'compopt() { :; }; . /dev/stdin; COMP_WORDS=(" +
+                        words + "); COMP_CWORD=" + std::to_string(last) +
+                        "; _ombe; echo \"${COMPREPLY[@]}\"'")
+        .out;
   };
-  EXPECT_EQ(shell(folder, complete("ombe ch", "1")).second, "check\n");
-  EXPECT_EQ(shell(folder, complete("ombe export -f v", "3")).second, "vtt\n");
-  EXPECT_EQ(shell(folder, complete("ombe check --li", "2")).second, "--limit\n");
+  EXPECT_EQ(complete("ombe ch", 1), "check\n");
+  EXPECT_EQ(complete("ombe export -f v", 3), "vtt\n");
+  EXPECT_EQ(complete("ombe check --li", 2), "--limit\n");
   if (std::system("command -v groff >/dev/null") != 0) GTEST_SKIP() << "no groff here";
-  EXPECT_EQ(shell(folder, program + "man | groff -man -ww -z -Tascii"), std::pair(0, ""s));
+  const auto [code, out, err] = runShell("/", "ombe man | groff -man -ww -z -Tascii");
+  EXPECT_EQ(std::pair(code, err), std::pair(0, ""s));
 }
 
 }  // namespace
