@@ -34,13 +34,17 @@ missing_packages() {
   done
 }
 
-apt() {
-  local as_root=()
-  if [ "$(id -u)" -ne 0 ]; then
-    as_root=(sudo)
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then
+    "$@"
+  else
+    sudo "$@"
   fi
+}
+
+apt() {
   # Never removes what somebody else installed, such as another Boost version's headers.
-  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y --no-remove \
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y --no-remove \
     --no-install-recommends -o DPkg::Lock::Timeout=300 "$@" </dev/null
 }
 
