@@ -91,7 +91,7 @@ std::string tried(int count, int got) {
 }
 
 std::string unallocated(std::uint64_t count) {
-  const auto shown = std::min<std::uint64_t>(count, LONG_MAX);
+  const auto shown = std::min<std::uint64_t>(count, LLONG_MAX);
   return record("298 Couldn't allocate " + std::to_string(shown) + " bytes");
 }
 
