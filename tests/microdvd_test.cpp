@@ -11,54 +11,16 @@
 #include "microdvd/style_codes.h"
 #include "microdvd/text_tokenizer.h"
 #include "ombe_core/string_tools.h"
+#include "support/table.h"
 
 namespace Ombe {
 namespace {
 
 TEST(StyleCodes, TurnOneMarkerAtTheStartIntoTags) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"", ""},
-      {"Hello", "Hello"},
-      {"/Hello", "<i>Hello</i>"},
-      {"\\Hello", "<i>Hello</i>"},
-      {"/", "<i></i>"},
-      {"//x", "<i>/x</i>"},
-      {"/One\n/Two", "<i>One\n/Two</i>"},
-      {"/{y:b}x", "<i>{y:b}x</i>"},
-      {"{y:i}Hello", "<i>Hello</i>"},
-      {"{Y:I}Hello", "<i>Hello</i>"},
-      {"{y:b}Hello", "<b>Hello</B>"},
-      {"{Y:B}Hello", "<b>Hello</B>"},
-      {"{y:ib}Text", "<b><i>Text</i></B>"},
-      {"{y:bi}Text", "<i><b>Text</B></i>"},
-      {"{y:ii}Text", "<i><i>Text</i></i>"},
-      {"{y:bb}Text", "<b><b>Text</B></B>"},
-      {"{y:ub}Text", "<b>Text</B>"},
-      {"{y:u}Hello", "Hello"},
-      {"{y:}Hello", "Hello"},
-      {"{y:i}", "<i></i>"},
-      {"{y:}", ""},
-      {"{y:ibu}Hello", "{y:ibu}Hello"},
-      {"{y:i", "{y:i"},
-      {"{y:i} Hello", "<i> Hello</i>"},
-      {"{c:$0000FF}Blue", "<font color=\"#0000FF\">Blue</font>"},
-      {"{C:#ff8800}x", "<font color=\"#ff8800\">x</font>"},
-      {"{c:$zz<\"!?}x", "<font color=\"#zz<\"!?\">x</font>"},
-      {"{c:$0000FF}", "<font color=\"#0000FF\"></font>"},
-      {"{c:$FFF}x", "{c:$FFF}x"},
-      {"{c:$FFF}x12}y", "{c:$FFF}x12}y"},
-      {"{c:$0000FFF}x", "{c:$0000FFF}x"},
-      {"{c:0000FF}x", "{c:0000FF}x"},
-      {"{c:&H0000FF&}x", "{c:&H0000FF&}x"},
-      {"{c:", "{c:"},
-      {"{f:Arial}Text", "{f:Arial}Text"},
-      {"{s:12}Text", "{s:12}Text"},
-      {"{y:i}{c:$0000FF}Text", "<i>{c:$0000FF}Text</i>"},
-      {"Text {y:i}", "Text {y:i}"},
-      {"{y", "{y"},
-      {"{", "{"},
-      {"{yi}x", "{yi}x"}};
-  for (const auto& [text, expected] : cases) EXPECT_EQ(translateStyleCodes(text).str(), expected);
+  EXPECT_EQ(translateStyleCodes("").str(), "");
+  for (const auto& row : ombe_test::readTable("style_codes.txt")) {
+    EXPECT_EQ(translateStyleCodes(row.at(0)).str(), row.at(1)) << row.at(0);
+  }
 }
 
 std::string tokensOf(std::string text, const char* delimiters = "\r\n") {

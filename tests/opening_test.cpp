@@ -2,10 +2,10 @@
 #include <gmock/gmock.h>
 
 #include <cstring>
-#include <optional>
 
 #include "ombe_core/media_source.h"
 #include "support/fakes.h"
+#include "support/table.h"
 
 namespace ombe_test {
 namespace {
@@ -15,81 +15,29 @@ using Ombe::FormatRequirementList;
 using Ombe::kGeneralFailure;
 using Ombe::kSuccess;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
-struct FileCase {
-  std::string content;
-  std::string entries;  // as readAll gives them, or "refused"
-  std::optional<std::pair<std::uint32_t, std::uint32_t>> ratio = std::nullopt;
-};
-
-std::string entriesOf(const FileCase& c) {
+/// The entries of a file of this content, or "refused"; the user's ratio is numerator, denominator.
+std::string entriesOf(const std::string& content, const std::vector<std::string>& ratio = {}) {
   Engine engine;
-  if (c.ratio) engine.host.settings.setRatio(c.ratio->first, c.ratio->second);
+  if (!ratio.empty()) {
+    engine.host.settings.setRatio(static_cast<std::uint32_t>(std::stoul(ratio.at(0))),
+                                  static_cast<std::uint32_t>(std::stoul(ratio.at(1))));
+  }
   engine.clock.now = 2147483000;
-  Ombe::StreamInterface* stream = engine.play(c.content);
+  Ombe::StreamInterface* stream = engine.play(content);
   return stream == nullptr ? "refused" : readAll(*stream);
 }
 
 TEST(Opening, TurnsLinesIntoTimedEntries) {
-  const std::string longText(5000, 'x');
-  const FileCase cases[] = {
-      {"{1}{1}25\n{25}{50}Hello", "1000+1000 Hello"},
-      {"{1}{1}23.976\n{1000}{1000}a", "41708+0 a"},
-      {"{1}{1}29,97\n{2997}{2997}a", "100000+0 a"},
-      {"{1}{1}24000/1001\n{24}{24}a", "1001+0 a"},
-      {"{1}{1}24000\\1001\n{24}{24}a", "1001+0 a"},
-      {"{1}{1}25.\n{25}{25}a", "1000+0 a"},
-      {"{1}{1}.5\n{1}{1}a", "2000+0 a"},
-      // A header without a usable number is consumed all the same.
-      {"{1}{1}.\n{24}{24}a", "1001+0 a"},
-      {"{1}{1}25/\n{24}{24}a", "1001+0 a"},
-      {"{1}{1}25/0\n{24}{24}a", "1001+0 a"},
-      {"{1}{1}0\n{1}{1}25\n{25}{25}a", "1000+0 a"},
-      {"{1}{1}25/0\n{1}{1}50\n{25}{25}a", "500+0 a"},
-      // A second header, and one after a subtitle, is a subtitle.
-      {"{1}{1}25\n{1}{1}50\n", "40+0 50"},
-      {"{24}{24}a\n{1}{1}25\n", "41+0 25 ; 1001+0 a"},
-      {"{5}{6}\n{1}{1}25\n{25}{25}a", "1000+0 a"},
-      {"{1}{2}25\n", "41+42 25"},
-      {"{2}{1}25\n", "83+4294967254 25"},
-      // What is no header is shown, with what the attempt rewrote.
-      {"{1}{1}25fps\n", "41+0 25fps"},
-      {"{1}{1}12,5 fps\n", "41+0 12.5 fps"},
-      {"{1}{1}24\\5,6\n", "41+0 24/5,6"},
-      {"{1}{1}1.2.3\n", "41+0 1.2.3"},
-      {"{1}{1}1,2,3\n", "41+0 1.2,3"},
-      {"{1}{1}-25\n", "41+0 -25"},
-      {"{1}{1}" + std::string(99, '1') + "\n{24}{24}a", "0+0 a"},  // overflows to a rate of -1
-      {"{1}{1}" + std::string(100, '1') + "\n", "41+0 " + std::string(100, '1')},
-      // The user's ratio wins over the file's, unless a part of it is 0.
-      {"{1}{1}23.976\n{25}{25}a", "40+0 23.976 ; 1000+0 a", {{25, 1}}},
-      {"{1}{1}50\n{25}{25}a", "500+0 a", {{25, 0}}},
-      {"{1}{1}50\n{25}{25}a", "500+0 a", {{0, 1}}},
-      {"{3}{6}a\n", "4294964296+4294964296 a", {{1, 4294967295}}},
-      // Lines.
-      {"{10}{20}A|B|\n", "417+417 A|B|"},
-      {"\r\n\n{24}{48}a\r\n\r\n{48}{72}b\r", "1001+1001 a ; 2002+1001 b"},
-      {"{10}{20}\n{24}{48}a\n{1}{2", "1001+1001 a"},
-      {"{48}{72}b\n{24}{48}a\n", "1001+1001 a ; 2002+1001 b"},
-      {"{24}{48}first\n{24}{30}second\n", "1001+1001 first ; 1001+250 second"},
-      {"{48}{24}back\n", "2002+4294966295 back"},
-      {"{ 24}{ +48} a \n", "1001+1001  a "},
-      {"{24}{48}/One|/Two\n", "1001+1001 <i>One|/Two</i>"},
-      {"{24}{48}{y:b}{x}\n", "1001+1001 <b>{x}</B>"},
-      {"{24}{48}{y:}\n{72}{73}a", "1001+1001  ; 3003+41 a"},
-      {"{24}{48}" + longText + "\n{72}{73}b\n", "1001+1001 " + longText + " ; 3003+41 b"},
-      {std::string("{24}{48}a\n\0{bad", 15), "1001+1001 a"},
-      {"{1}{1}25\n", ""},
-      {"{5}{6}\n", ""},
-      // One line of another form refuses the file.
-      {"{24}{48}a\nb\n{72}{96}c\n", "refused"},
-      {"{24}{48}a\n \t\n", "refused"},
-      {" {24}{48}a\n", "refused"},
-      {"{24}48}a\n", "refused"},
-      {"{}{48}a\n", "refused"},
-      {"", "refused"}};
-  for (const FileCase& c : cases) EXPECT_EQ(entriesOf(c), c.entries) << c.content;
+  for (const auto& row : readTable("opening.txt")) {
+    EXPECT_EQ(entriesOf(row.at(0), {row.begin() + 2, row.end()}), row.at(1)) << row.at(0);
+  }
+  EXPECT_EQ(entriesOf(""), "refused");
+  const std::string number(99, '1'), longText(5000, 'x');
+  EXPECT_EQ(entriesOf("{1}{1}" + number + "\n{24}{24}a"), "0+0 a");  // overflows to a rate of -1
+  EXPECT_EQ(entriesOf("{1}{1}1" + number), "41+0 1" + number);       // too long for a header
+  EXPECT_EQ(entriesOf("{24}{48}" + longText + "\n{72}{73}b"),
+            "1001+1001 " + longText + " ; 3003+41 b");
 }
 
 TEST(Opening, GoesByTheExtensionAlone) {

@@ -1,0 +1,30 @@
+#include "support/table.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <string_view>
+
+namespace ombe_test {
+
+std::vector<std::vector<std::string>> readTable(const std::string& name) {
+  constexpr std::string_view kLetters("nrt0\\"), kBytes("\n\r\t\0\\", 5);
+  std::vector<std::vector<std::string>> rows;
+  std::ifstream file(std::string(OMBE_SOURCE_DIR "/tests/tables/") + name);
+  for (std::string line; std::getline(file, line);) {
+    if (line.empty() || line.front() == '#') continue;
+    auto& cells = rows.emplace_back(1);
+    for (std::size_t at = 0; at < line.size(); ++at) {
+      if (line[at] == '\t') {
+        cells.emplace_back();
+      } else {
+        cells.back() += line[at] == '\\' ? kBytes.at(kLetters.find(line.at(++at))) : line[at];
+      }
+    }
+  }
+  EXPECT_FALSE(rows.empty()) << "no table " << name;
+  return rows;
+}
+
+}  // namespace ombe_test
