@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "support/fakes.h"
+#include "support/table.h"
 
 namespace ombe_test {
 namespace {
@@ -13,8 +14,6 @@ using Ombe::Status;
 using testing::ElementsAre;
 
 constexpr const char* kTwo = "{1}{1}1000\n{1000}{3000}A\n{5000}{6000}B\n";
-constexpr const char* kThree = "{1}{1}1000\n{1000}{3000}A\n{2000}{2500}B\n{5000}{6000}C\n";
-constexpr const char* kNone = "{1}{1}1000\n";
 
 /// One word a step: seek/next/clock/speed/offset with a number, read, all, reset. What it answers.
 std::string step(Engine& engine, Ombe::StreamInterface& stream, const std::string& word) {
@@ -38,7 +37,7 @@ std::string step(Engine& engine, Ombe::StreamInterface& stream, const std::strin
   return "";
 }
 
-std::string play(const char* content, const std::string& script) {
+std::string play(const std::string& content, const std::string& script) {
   Engine engine;
   engine.clock.now = 100000;
   Ombe::StreamInterface* stream = engine.play(content);
@@ -52,56 +51,15 @@ std::string play(const char* content, const std::string& script) {
 }
 
 TEST(Stream, PlaysForwardBackwardAndPaused) {
-  struct Case {
-    const char* content;
-    const char* script;
-    const char* answers;
-  };
-  const Case cases[] = {
-      // Due when the clock is within 500 ms of the start.
-      {kTwo, "clock=400 read clock=499 read clock=500 read clock=4499 read clock=4500 read read",
-       "wait, wait, 1000+2000 A, wait, 5000+1000 B, end"},
-      {kTwo, "clock=-1 read clock=0 read", "wait, wait"},
-      {kTwo, "clock=2147483647 all", "1000+2000 A ; 5000+1000 B"},
-      {kTwo, "clock=-2147483648 read", "wait"},
-      // The offset moves the delivered times and the due test, in whole milliseconds.
-      {kTwo, "offset=2509 clock=749 read clock=750 read last", "wait, 1250+2000 A, 3250"},
-      {kTwo, "offset=-12009 clock=0 read last", "4294967096+2000 A, 1800"},
-      // Forward seeks find what is showing or comes next.
-      {kTwo, "seek=0 seek=1000 seek=2000 read", "1000, 1000, 1000, 1000+2000 A"},
-      {kTwo, "seek=3000 read", "1000, 1000+2000 A"},
-      {kTwo, "seek=3001 read", "5000, 5000+1000 B"},
-      {kTwo, "seek=6000 seek=7000 read reset read", "5000, 6001, end, 1000+2000 A"},
-      {kTwo, "seek=4294967295 read", "6001, end"},
-      {kThree, "seek=2600 read", "1000, 1000+2000 A"},
-      // Backward.
-      {kTwo, "all speed=-1000 reset all", "1000+2000 A ; 5000+1000 B, 5000+1000 B ; 1000+2000 A"},
-      {kTwo, "speed=-1000 seek=5500 read read read", "5000, 5000+1000 B, 1000+2000 A, end"},
-      {kTwo, "speed=-1000 seek=5000 seek=1001 seek=1000 read read",
-       "1000, 1000, 0, 1000+2000 A, end"},
-      {kTwo, "speed=-1 clock=4000 seek=9999 read", "5000, wait"},
-      // Next times leave the position alone.
-      {kTwo, "next=0 next=1000 next=1001 next=4000 next=5000 next=7000 read",
-       "1000, 1000, 5000, 5000, 5000, 6000, 1000+2000 A"},
-      {kTwo, "speed=-1000 next=3500 next=3001 next=3000 next=2000 next=7000 next=6000",
-       "1000, 1000, 999, 999, 5000, 1000"},
-      {"{0}{1}a\n", "speed=-1 next=0", "4294967295"},
-      // Paused.
-      {kTwo, "speed=0 read seek=0 next=0 reset speed=1000 read", "end, fail, fail, 5000+1000 B"},
-      {kTwo, "speed=0 reset speed=-5 read", "5000+1000 B"},
-      // A change of speed seeks to the current entry at the old speed.
-      {kThree, "read speed=2000 read", "1000+2000 A, 1000+2000 A"},
-      {kThree, "read read speed=1000 read", "1000+2000 A, 2000+500 B, 5000+1000 C"},
-      {kThree, "seek=5000 speed=2000 read", "5000, 5000+1000 C"},
-      {kThree, "all speed=-1000 read", "1000+2000 A ; 2000+500 B ; 5000+1000 C, 5000+1000 C"},
-      {kThree, "speed=-1000 seek=2500 speed=1000 read", "2000, 1000+2000 A"},
-      // Left behind the end or without entries, a read finds nothing.
-      {"{1}{1}1000\n{2000}{1000}A\n", "read speed=0 speed=-1 read", "2000+4294966296 A, end"},
-      {kNone, "read seek=77 next=78 speed=-1 read seek=79 next=80 reset read speed=0 seek=81 read",
-       "end, 77, 78, end, 79, 80, end, 81, end"},
-      {kTwo, "last read last read last", "0, 1000+2000 A, 3000, 5000+1000 B, 6000"},
-  };
-  for (const Case& c : cases) EXPECT_EQ(play(c.content, c.script), c.answers) << c.script;
+  const std::map<std::string, std::string> files = {
+      {"none", "{1}{1}1000\n"},
+      {"two", kTwo},
+      {"three", "{1}{1}1000\n{1000}{3000}A\n{2000}{2500}B\n{5000}{6000}C\n"}};
+  for (const auto& row : readTable("stream.txt")) {
+    const auto named = files.find(row.at(0));
+    const std::string& content = named == files.end() ? row.at(0) : named->second;
+    EXPECT_EQ(play(content, row.at(1)), row.at(2)) << row.at(1);
+  }
 }
 
 TEST(Stream, LogsSeeksAndReads) {
