@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <climits>
+#include <cstdint>
 #include <cstdlib>
 #include <optional>
 #include <utility>
@@ -90,9 +90,8 @@ std::string tried(int count, int got) {
                 std::to_string(got));
 }
 
-std::string unallocated(std::uint64_t count) {
-  const auto shown = std::min<std::uint64_t>(count, LLONG_MAX);
-  return record("298 Couldn't allocate " + std::to_string(shown) + " bytes");
+std::string unallocated(std::int64_t count) {
+  return record("298 Couldn't allocate " + std::to_string(count) + " bytes");
 }
 
 TEST(File, ThatCannotBeReadIsRefusedLoggedAndClosed) {
@@ -116,7 +115,7 @@ TEST(File, ThatCannotBeReadIsRefusedLoggedAndClosed) {
       {fifo, {tried(1024, 8), unallocated(0)}, {unallocated(0)}},
       {file.path(), {tried(1024, 8), unallocated(0)}, {unallocated(0)}, 0xFFFFFFFF},
       {huge.path(), {}, {unallocated(0x100000001)}, {}, {}, true},
-      {huge.path(), {}, {unallocated(0x8000000000000000)}, LLONG_MAX, {}, true},
+      {huge.path(), {}, {unallocated(INT64_MAX)}, INT64_MAX, {}, true},
   };
   for (const Failure& failure : failures) expectFailure(failure);
   ::close(writer);
