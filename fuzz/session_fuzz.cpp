@@ -73,17 +73,15 @@ class Session {
   }
 
   void change(Input& script) {
-    constexpr const char* kCodePages[] = {"",         "UTF8",    "windows-1250",
-                                          "UTF16-LE", "nothing", "GB-18030",
-                                          "SCSU",     "BOCU-1",  "ISO-2022-JP"};
+    constexpr const char* kNames[] = {"",         "UTF8", "windows-1250", "UTF16-LE",   "nothing",
+                                      "GB-18030", "SCSU", "BOCU-1",       "ISO-2022-JP"};
     const Setting* settings[] = {&frameRateSetting(), &codePageSetting(), &autodetectedSetting()};
     const Setting& setting = *settings[script.number() % std::size(settings)];
-    const unsigned kind = script.number() % 4U;
-    const std::uint32_t number = script.number();
+    const unsigned kind = script.number() % 4U, number = script.number();
     SettingValue value = SettingValue::boolean(number % 2 == 0);
     if (kind == 1) value = SettingValue::ratio({number, script.number()});
     if (kind == 2) value = SettingValue::ratio({number << 24U, script.number<std::uint32_t>()});
-    if (kind == 3) value = SettingValue::string(new String(kCodePages[number % 9]));
+    if (kind == 3) value = SettingValue::string(new String(kNames[number % 9]));
     controller_.setValue(setting, value);
   }
 
@@ -103,8 +101,7 @@ class Session {
   }
 
   void seek(StreamInterface& stream, std::uint32_t time) {
-    std::uint32_t next = 0;
-    std::uint32_t reached = 0;
+    std::uint32_t next = 0, reached = 0;
     const Status status = stream.getNextChunkTime(0, time, &next);
     require(stream.seekStream(time, &reached, false) == status, "both or none");
     clock_.set(PlaybackClock::kEnd);

@@ -1,11 +1,10 @@
 // Every allocation on the engine's road through the built plug-in fails: one alone, then one with
-// all that follow it. OMBE_SHOW_SWEEP=1 in the environment prints what came of it.
+// all that follow it.
 #include <dlfcn.h>
 #include <unicode/uclean.h>
 #include <unicode/ucnv.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <new>
 #include <set>
@@ -20,7 +19,6 @@ namespace ombe_test {
 namespace {
 
 using Ombe::kSuccess;
-using Ombe::MediaType;
 using Ombe::Setting;
 using Ombe::SettingValue;
 
@@ -50,30 +48,20 @@ struct Road {
 enum Outcome { kDone, kRefused, kThrew };
 
 /// One journey down a road, during which the `nth` allocation of one step fails.
-class Journey {
- public:
-  Journey(const Road& road, int failing, long nth, FaultMode mode)
-      : road_(road), failing_(failing), nth_(nth), mode_(mode) {}
-
+struct Journey {
   /// Every step is done in the end; nothing is left behind.
   void travel();
-
-  const char* name = nullptr;  // of the failing step; null behind the last one
-  bool hasFailed = false;      // false when the step has fewer allocations
-  Outcome outcome = kDone;
-  long caught = 0;  // allocations for which the step catches a failure, and is done or refused
-
- private:
+  void play(Ombe::StreamInterface& stream);
   /// Does `run`, which says whether it was done, once more when it was not.
   template <typename Run>
-  void step(const char* stepName, Run run, long caughtHere = 0) {
-    if (steps_++ == failing_) {
+  void step(const char* stepName, long caughtHere, Run run) {
+    if (steps++ == failing) {
       name = stepName;
       caught = caughtHere;
       outcome = kThrew;
       dropTables();
       {
-        const AllocationFault fault(nth_, mode_);
+        const AllocationFault fault(nth, mode);
         try {
           outcome = run() ? kDone : kRefused;
         } catch (const std::bad_alloc&) {  // nothing but memory may be missing
@@ -81,95 +69,86 @@ class Journey {
         hasFailed = fault.happened();
       }
       // A lock left behind stops this for good.
-      std::thread([this] { engine_->component.container->activateProgram(0); }).join();
+      std::thread([this] { engine->component.container->activateProgram(0); }).join();
       if (outcome == kDone) return;
       EXPECT_TRUE(hasFailed && (outcome == kThrew || caught > 0)) << outcome;
     }
     EXPECT_TRUE(run()) << stepName;
   }
-  void open(Ombe::ContainerInterface& container);
-  void play(Ombe::StreamInterface& stream);
 
-  const Road& road_;
-  const int failing_;
-  const long nth_;
-  const FaultMode mode_;
-  int steps_ = 0;
-  std::unique_ptr<Engine> engine_ = std::make_unique<Engine>(false);
+  const Road& road;
+  const int failing;
+  const long nth;
+  const FaultMode mode;
+  const char* name = nullptr;  // of the failing step; null behind the last one
+  bool hasFailed = false;      // false when the step has fewer allocations
+  Outcome outcome = kDone;
+  long caught = 0;  // allocations for which the step catches a failure, and is done or refused
+  int steps = 0;
+  std::unique_ptr<Engine> engine = std::make_unique<Engine>(false);
 };
 
 void Journey::travel() {
-  Ombe::ContainerInterface& container = *engine_->component.container;
-  open(container);
+  Ombe::ContainerInterface& container = *engine->component.container;
+  const Ombe::MediaSource source(Ombe::toByteString(road.file.uri()));
+  if (*road.codePage != 0) engine->host.settings.setString("CodePage", "Name", road.codePage);
+  step("create, destroy", 0, [&] {
+    Ombe::Plugin* made = nullptr;
+    return entryPoint()(&engine->context, &made) == kSuccess && made->release() == 0;
+  });
+  step("attach", 0, [&] {
+    container.attach(&engine->host, 77);
+    engine->component.control->setSubtitleController(&engine->controller);
+    return true;
+  });
+  const long caughtProbing = 1 + road.openBuffers + road.readBuffers;
+  step("probe", caughtProbing, [&] { return container.probe(source, 1, 2, nullptr); });
+  engine->context.answer = false;
+  step("probe, format lacking", caughtProbing, [&] {
+    Ombe::FormatRequirementList missing;
+    return !container.probe(source, 1, 2, &missing) && missing.size() == 1;
+  });
+  step("open", 2 + road.openBuffers, [&] { return container.open(source) == kSuccess; });
   Ombe::UID program = 0;
-  step("program UIDs", [&] { return (program = container.getProgramUIDs().head()->value) != 0; });
-  step("activate", [&] { return container.activateProgram(program) == kSuccess; });
-  play(*engine_->newestStream());
-  step("deactivate", [&] { return container.deactivate(false) == kSuccess; });
+  step("programs", 0, [&] { return (program = container.getProgramUIDs().head()->value) != 0; });
+  step("activate", 0, [&] { return container.activateProgram(program) == kSuccess; });
+  play(*engine->newestStream());
+  step("deactivate", 0, [&] { return container.deactivate(false) == kSuccess; });
   const AllocationFault none(1, FaultMode::kFromThereOn);
-  engine_.reset();
+  engine.reset();
   EXPECT_FALSE(none.happened()) << "destruction needed memory";
 }
 
-void Journey::open(Ombe::ContainerInterface& container) {
-  const Ombe::MediaSource source(Ombe::toByteString(road_.file.uri()));
-  if (*road_.codePage != 0) {
-    engine_->host.settings.setString("CodePage", "Name", road_.codePage);
-  }
-  step("create, destroy", [&] {
-    Ombe::Plugin* made = nullptr;
-    return entryPoint()(&engine_->context, &made) == kSuccess && made->release() == 0;
-  });
-  step("attach", [&] {
-    container.attach(&engine_->host, 77);
-    engine_->component.control->setSubtitleController(&engine_->controller);
-    return true;
-  });
-  const long caughtProbing = 1 + road_.openBuffers + road_.readBuffers;
-  step(
-      "probe", [&] { return container.probe(source, 1, 2, nullptr); }, caughtProbing);
-  engine_->context.answer = false;
-  step(
-      "probe, format lacking",
-      [&] {
-        Ombe::FormatRequirementList missing;
-        return !container.probe(source, 1, 2, &missing) && missing.size() == 1;
-      },
-      caughtProbing);
-  step(
-      "open", [&] { return container.open(source) == kSuccess; }, 2 + road_.openBuffers);
-}
-
 void Journey::play(Ombe::StreamInterface& stream) {
-  engine_->clock.now = 2147483000;
-  stream.setTimeSource(&engine_->clock);
-  Ombe::SettingConsumer& consumer = *engine_->controller.consumers.front();
+  engine->clock.now = 2147483000;
+  stream.setTimeSource(&engine->clock);
+  Ombe::SettingConsumer& consumer = *engine->controller.consumers.front();
   Ombe::String page = "windows-1251";
-  const Setting pageSetting(MediaType::kSubtitle, "CodePage", "Name");
-  const Setting rateSetting(MediaType::kSubtitle, "FrameRate", "Ratio");
+  const Setting pageSetting(Ombe::MediaType::kSubtitle, "CodePage", "Name");
+  const Setting rateSetting(Ombe::MediaType::kSubtitle, "FrameRate", "Ratio");
   const SettingValue pageValue = SettingValue::string(&page), rate = SettingValue::ratio({500, 1});
   std::uint32_t found = 77;
-  step("seek", [&] {
+  step("seek", 0, [&] {
     EXPECT_EQ(found, 77U);
     return stream.seekStream(2500, &found, false) == kSuccess && found == 3000;
   });
   const auto read = [&] {
     const std::string entry = readOne(stream);
     const FaultPause pause;
-    if (entry == "3000+1000 <i>" + road_.text + "</i>") return true;
+    if (entry == "3000+1000 <i>" + road.text + "</i>") return true;
     EXPECT_EQ(entry, std::string("3000+1000 <i>") + kRaw + "</i>");
     stream.seekStream(2500, nullptr, false);  // delivered is delivered, whatever became of the text
     return false;
   };
-  step("read", read, road_.readBuffers);
-  step("change of speed", [&] { return stream.setReadSpeed(-1000); });
-  step("change of code page",
+  step("read", road.readBuffers, read);
+  step("change of speed", 0, [&] { return stream.setReadSpeed(-1000); });
+  step("change of code page", 0,
        [&] { return consumer.settingChanged(pageSetting, &pageValue), true; });
-  step("change of rate", [&] { return consumer.settingChanged(rateSetting, &rate), true; });
+  step("change of rate", 0, [&] { return consumer.settingChanged(rateSetting, &rate), true; });
   stream.setReadSpeed(1000);
   stream.resetStream();
-  EXPECT_TRUE(readOne(stream).starts_with("2000+2000 " + road_.laterText + "|xx"));
-  EXPECT_EQ(readAll(stream), "6000+2000 <i>" + road_.laterText + "</i>");
+  EXPECT_TRUE(readOne(stream).starts_with("2000+2000 " + road.laterText + "|xx"));
+  EXPECT_EQ(readAll(stream), "6000+2000 <i>" + road.laterText + "</i>");
 }
 
 long icuRefusals = 0;
@@ -197,7 +176,7 @@ bool sweep(const Road& road, int step, FaultMode mode, bool isWarm) {
   for (bool isMore = true; isMore && !testing::Test::HasFailure();) {
     dropTables();
     const long live = liveAllocations();
-    Journey journey(road, step, points + 1, mode);
+    Journey journey{road, step, points + 1, mode};
     journey.travel();
     dropTables();
     name = journey.name;
@@ -214,11 +193,6 @@ bool sweep(const Road& road, int step, FaultMode mode, bool isWarm) {
   EXPECT_TRUE(mode != FaultMode::kOnce ||
               std::max(outcomes[kRefused], outcomes[kDone]) - icuPoints >= caught)
       << name;
-  if (isWarm && std::getenv("OMBE_SHOW_SWEEP") != nullptr) {
-    std::printf("%-10s %-22s %-6s points %2ld (ICU's %ld): threw %2ld, refused %ld, done %ld\n",
-                road.name, name, mode == FaultMode::kOnce ? "one" : "onward", points, icuPoints,
-                outcomes[kThrew], outcomes[kRefused], outcomes[kDone]);
-  }
   return true;
 }
 

@@ -3,8 +3,8 @@
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <barrier>
+#include <map>
 #include <thread>
 
 #include "ombe_core/logger.h"
@@ -34,10 +34,7 @@ struct Player {
 
   void read(int /*round*/) {
     const std::string one = readOne(*stream);
-    if (one == "end") {
-      stream->resetStream();
-      return;
-    }
+    if (one == "end") return static_cast<void>(stream->resetStream());
     ++delivered;
     const std::string time = one.substr(0, one.find(' ')), text = one.substr(time.size());
     EXPECT_TRUE(text == " \u0142\u0105" || text == " \u0456\u2116") << one;
@@ -66,14 +63,12 @@ struct Player {
   }
   void expectTheCountsToAddUp() {
     EXPECT_EQ(engine.controller.consumers.size(), 1);
-    const auto calls = engine.host.calls.take();
-    const auto times = [&](const char* call) {
-      return std::count(calls.begin(), calls.end(), call);
-    };
-    EXPECT_EQ(times("register"), 2 * kRounds + 1);
-    EXPECT_EQ(times("unregister"), 2 * kRounds);
-    EXPECT_EQ(times("announce 1"), 2 * kRounds + 1);
-    EXPECT_EQ(times("select 1 1"), 2 * kRounds + 1);
+    std::map<std::string, int> times;
+    for (const std::string& call : engine.host.calls.take()) ++times[call];
+    EXPECT_EQ(times["unregister"], 2 * kRounds);
+    for (const char* call : {"register", "announce 1", "select 1 1"}) {
+      EXPECT_EQ(times[call], 2 * kRounds + 1) << call;
+    }
     stream->setReadSpeed(1000);
     stream->resetStream();
     engine.controller.changeRatio(512, 1);
@@ -88,20 +83,23 @@ struct Player {
   std::atomic<long> delivered{0}, seeks{0};
 };
 
+/// Does `work` on each thread, whose number it is given.
+template <typename Work>
+void runTogether(std::ptrdiff_t count, Work work) {
+  std::barrier together(count);
+  std::vector<std::jthread> threads;
+  threads.reserve(static_cast<std::size_t>(count));
+  for (std::ptrdiff_t i = 0; i < count; ++i) threads.emplace_back([&, i] { work(i, together); });
+}
+
 TEST(Threads, MayAllConvertForTheFirstTime) {
   const std::string library = "libicuuc.so." + std::to_string(OMBE_ICU_VERSION);
   ASSERT_EQ(::dlopen(library.c_str(), RTLD_LAZY | RTLD_NOLOAD), nullptr) << "no longer the first";
-  constexpr int kThreads = 4;
-  std::barrier start(kThreads);
-  std::vector<std::jthread> threads;
-  threads.reserve(kThreads);
-  for (int i = 0; i < kThreads; ++i) {
-    threads.emplace_back([&start] {
-      const Player player;
-      start.arrive_and_wait();
-      EXPECT_EQ(readOne(*player.stream), "1000+500 \u0142\u0105");
-    });
-  }
+  runTogether(4, [](std::ptrdiff_t, auto& together) {
+    const Player player;
+    together.arrive_and_wait();
+    EXPECT_EQ(readOne(*player.stream), "1000+500 \u0142\u0105");
+  });
 }
 
 TEST(Threads, MayReadSeekNotifyAndActivateAtTheSameTime) {
@@ -116,20 +114,12 @@ TEST(Threads, MayReadSeekNotifyAndActivateAtTheSameTime) {
     Player players[3];
     Ombe::Logger::instance().setSink(
         [&](const Ombe::LogRecord& record) { ++(record.line == 795 ? reads : seeks); });
-    {
-      std::barrier together(std::ssize(players) * std::ssize(kWorks));
-      std::vector<std::jthread> threads;
-      for (Player& player : players) {
-        for (const Work work : kWorks) {
-          threads.emplace_back([&player, &together, work] {
-            for (int round = 0; round < kRounds; ++round) {
-              if (round % kStride == 0) together.arrive_and_wait();
-              (player.*work)(round);
-            }
-          });
-        }
+    runTogether(std::ssize(players) * std::ssize(kWorks), [&](auto i, auto& together) {
+      for (int round = 0; round < kRounds; ++round) {
+        if (round % kStride == 0) together.arrive_and_wait();
+        (players[i % 3].*kWorks[i / 3])(round);
       }
-    }
+    });
     Ombe::Logger::instance().setSink({});
     for (Player& player : players) {
       reads -= player.delivered;
