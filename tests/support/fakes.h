@@ -11,12 +11,13 @@
 #include <mutex>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "ombe_core/container_host.h"
 #include "ombe_core/container_interface.h"
+#include "ombe_core/logger.h"
 #include "ombe_core/media_chunk.h"
+#include "ombe_core/media_source.h"
 #include "ombe_core/plugin.h"
 #include "ombe_core/plugin_context.h"
 #include "ombe_core/setting_consumer.h"
@@ -24,13 +25,23 @@
 #include "ombe_core/subtitle_control_interface.h"
 #include "ombe_core/subtitle_controller.h"
 #include "ombe_core/time_source.h"
+#include "support/allocation_faults.h"
 
 namespace ombe_test {
 
+/// "Group/Key".
+std::string pathOf(const Ombe::Setting& setting);
+
 /// What a plug-in called, in order, as "operation argument".
 struct CallLog {
-  void add(std::string call);
-  [[nodiscard]] std::vector<std::string> take();
+  void add(const std::string& call) {
+    const std::lock_guard lock(mutex_);
+    calls_.push_back(call);
+  }
+  [[nodiscard]] std::vector<std::string> take() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(calls_, {});
+  }
 
  private:
   std::mutex mutex_;
@@ -42,55 +53,66 @@ class FakeSettings {
  public:
   bool get(const Ombe::Setting& setting, Ombe::SettingValue& out) const;
   void set(const Ombe::Setting& setting, const Ombe::SettingValue& value);
-  void setString(const char* group, const char* key, const char* text);
-  void setRatio(std::uint32_t numerator, std::uint32_t denominator);
-  /// "true", "25/1", the string in quotes, or "none".
+  void setString(const char* group, const char* key, const char* text) {
+    set({Ombe::MediaType::kSubtitle, group, key},
+        Ombe::SettingValue::string(new Ombe::String(text)));
+  }
+  void setRatio(std::uint32_t numerator, std::uint32_t denominator) {
+    set({Ombe::MediaType::kSubtitle, "FrameRate", "Ratio"},
+        Ombe::SettingValue::ratio({numerator, denominator}));
+  }
+  /// "true", the string in quotes, or "none".
   [[nodiscard]] std::string text(const char* group, const char* key) const;
 
  private:
   mutable std::mutex mutex_;
-  std::map<std::pair<std::string, std::string>, Ombe::SettingValue> values_;
+  std::map<std::string, Ombe::SettingValue> values_;
   std::vector<std::unique_ptr<Ombe::String>> strings_;
 };
 
 struct FakeContext : Ombe::PluginContext {
-  bool supportsFormat(Ombe::String formatName) override;
+  bool supportsFormat(Ombe::String formatName) override {
+    const FaultPause pause;
+    asked.emplace_back(view(formatName));
+    return answer;
+  }
   bool answer = true;
   std::vector<std::string> asked;
 };
 
-/// Owns announced streams until they are withdrawn. Fails the test on a call that has no place: a
-/// reserved slot, a stream under an identifier that the host did not give or gave away already, a
-/// stream that is not its own.
+/// Owns announced streams until they are withdrawn. Fails the test on a call that has no place: on
+/// a stream under an identifier that the host did not give or gave away already, or not its own.
 class FakeHost : public Ombe::ContainerHost {
  public:
-  ~FakeHost() override;
-  bool getValue(const Ombe::Setting& setting, Ombe::SettingValue& out) override;
-  void setValue(const Ombe::Setting& setting, const Ombe::SettingValue& value) override;
-  Ombe::UID newUID() override;
-  Ombe::String preferredLanguage() override;
-  double getTimeOffset() override;
+  ~FakeHost() override { EXPECT_TRUE(streams.empty()) << "streams were never withdrawn"; }
+  bool query(const char* call, const Ombe::Setting& setting, Ombe::SettingValue& out);
+  bool getValue(const Ombe::Setting& setting, Ombe::SettingValue& out) override {
+    return query("getValue ", setting, out);
+  }
+  void setValue(const Ombe::Setting& setting, const Ombe::SettingValue& value) override {
+    const FaultPause pause;
+    settings.set(setting, value);
+    calls.add("setValue " + pathOf(setting));
+  }
+  Ombe::UID newUID() override {
+    const FaultPause pause;
+    calls.add("newUID");
+    given_.insert(nextUID);
+    return nextUID++;
+  }
+  Ombe::String preferredLanguage() override {
+    const FaultPause pause;
+    calls.add("preferredLanguage");
+    return Ombe::String(language.c_str());
+  }
+  double getTimeOffset() override {
+    const FaultPause pause;
+    if (logsQueries) calls.add("getTimeOffset");
+    return offset;
+  }
   Ombe::Status announceStream(Ombe::StreamInterface* stream) override;
   Ombe::Status withdrawStream(Ombe::UID uid) override;
   Ombe::Status selectStream(Ombe::UID uid, std::int32_t flag) override;
-#define OMBE_RESERVED(slot) \
-  void reservedSlot##slot() override { ADD_FAILURE() << "host slot " #slot " was called"; }
-  OMBE_RESERVED(5)
-  OMBE_RESERVED(7)
-  OMBE_RESERVED(9)
-  OMBE_RESERVED(10)
-  OMBE_RESERVED(11)
-  OMBE_RESERVED(12)
-  OMBE_RESERVED(13)
-  OMBE_RESERVED(14)
-  OMBE_RESERVED(15)
-  OMBE_RESERVED(16)
-  OMBE_RESERVED(17)
-  OMBE_RESERVED(18)
-  OMBE_RESERVED(19)
-  OMBE_RESERVED(20)
-  OMBE_RESERVED(21)
-#undef OMBE_RESERVED
 
   FakeSettings settings;
   CallLog calls;
@@ -104,7 +126,10 @@ class FakeHost : public Ombe::ContainerHost {
   std::function<void(const std::string& call)> callBack;  // from within each call about a stream
 
  private:
-  void streamCall(const std::string& call);
+  void streamCall(const std::string& call) {
+    calls.add(call);
+    if (const auto act = callBack) act(call);  // a copy, since it may disarm itself
+  }
 
   std::set<Ombe::UID> given_;
 };
@@ -114,33 +139,40 @@ class FakeHost : public Ombe::ContainerHost {
 class FakeController : public Ombe::SubtitleController {
  public:
   explicit FakeController(FakeHost& host) : calls(host.calls), host_(host) {}
-  ~FakeController() override;
-  bool getValue(const Ombe::Setting& setting, Ombe::SettingValue& out) override;
-  void setValue(const Ombe::Setting& setting, const Ombe::SettingValue& value) override;
-  bool registerConsumer(Ombe::SettingConsumer* consumer) override;
-  bool unregisterConsumer(Ombe::SettingConsumer* consumer) override;
-#define OMBE_RESERVED(slot) \
-  void reservedSlot##slot() override { ADD_FAILURE() << "controller slot " #slot " was called"; }
-  OMBE_RESERVED(4)
-  OMBE_RESERVED(5)
-  OMBE_RESERVED(6)
-  OMBE_RESERVED(7)
-  OMBE_RESERVED(8)
-  OMBE_RESERVED(9)
-  OMBE_RESERVED(10)
-  OMBE_RESERVED(11)
-  OMBE_RESERVED(12)
-#undef OMBE_RESERVED
+  ~FakeController() override { EXPECT_TRUE(consumers.empty()) << "was never deregistered"; }
+  bool getValue(const Ombe::Setting& setting, Ombe::SettingValue& out) override {
+    return host_.query("controller getValue ", setting, out);
+  }
+  void setValue(const Ombe::Setting& /*setting*/, const Ombe::SettingValue& /*value*/) override {
+    ADD_FAILURE() << "the controller was written to";
+  }
+  bool registerConsumer(Ombe::SettingConsumer* consumer) override {
+    return enlist("register", consumer, 1);
+  }
+  bool unregisterConsumer(Ombe::SettingConsumer* consumer) override {
+    return enlist("unregister", consumer, 0);
+  }
 
   void change(const char* group, const char* key, const Ombe::SettingValue* value,
               Ombe::MediaType mediaType = Ombe::MediaType::kSubtitle);
-  void changeRatio(std::uint32_t numerator, std::uint32_t denominator);
-  void changeCodePage(const char* name);
+  void changeRatio(std::uint32_t numerator, std::uint32_t denominator) {
+    const auto value = Ombe::SettingValue::ratio({numerator, denominator});
+    host_.settings.setRatio(numerator, denominator);
+    change("FrameRate", "Ratio", &value);
+  }
+  void changeCodePage(const char* name) {
+    Ombe::String text(name);
+    const auto value = Ombe::SettingValue::string(&text);
+    host_.settings.setString("CodePage", "Name", name);
+    change("CodePage", "Name", &value);
+  }
 
   CallLog& calls;  // the host's: the order among both counts
   std::vector<Ombe::SettingConsumer*> consumers;
 
  private:
+  bool enlist(const char* call, Ombe::SettingConsumer* consumer, std::size_t times);
+
   std::mutex mutex_;
   FakeHost& host_;
 };
@@ -154,12 +186,10 @@ struct FakeClock : Ombe::TimeSource {
 Ombe::EntryPoint entryPoint();
 
 /// The built plug-in's component with its interfaces; released on destruction.
-class Component {
- public:
+struct Component {
   explicit Component(Ombe::PluginContext* context);
-  ~Component();
+  ~Component() { EXPECT_EQ(plugin->release(), 0); }
   Component(const Component&) = delete;
-  Component& operator=(const Component&) = delete;
 
   Ombe::Plugin* plugin = nullptr;
   Ombe::ContainerInterface* container = nullptr;
@@ -167,12 +197,10 @@ class Component {
 };
 
 /// A file of its own, removed on destruction.
-class TempFile {
- public:
+struct TempFile {
   explicit TempFile(const std::string& content, const std::string& name = "movie.sub");
-  ~TempFile();
+  ~TempFile() { std::filesystem::remove_all(path_.parent_path()); }
   TempFile(const TempFile&) = delete;
-  TempFile& operator=(const TempFile&) = delete;
   [[nodiscard]] std::string path() const { return path_.string(); }
   [[nodiscard]] std::string uri() const { return "file://" + path(); }
 
@@ -181,12 +209,14 @@ class TempFile {
 };
 
 /// Log records while it lives, as "channel function:line text".
-class LogCapture {
- public:
-  LogCapture();
-  ~LogCapture();
-  LogCapture(const LogCapture&) = delete;
-  LogCapture& operator=(const LogCapture&) = delete;
+struct LogCapture {
+  LogCapture() {
+    Ombe::Logger::instance().setSink([this](const Ombe::LogRecord& record) {
+      log_.add(std::string(record.channel) + " " + record.function + ":" +
+               std::to_string(record.line) + " " + record.text);
+    });
+  }
+  ~LogCapture() { Ombe::Logger::instance().setSink({}); }
   [[nodiscard]] std::vector<std::string> take() { return log_.take(); }
 
  private:
@@ -195,15 +225,28 @@ class LogCapture {
 
 /// Everything together: a component attached to host and controller, deactivated at the end.
 struct Engine {
-  explicit Engine(bool attached = true);
-  ~Engine();
+  explicit Engine(bool attached = true) {
+    if (!attached) return;
+    component.container->attach(&host, 77);
+    component.control->setSubtitleController(&controller);
+  }
+  ~Engine() { component.container->deactivate(false); }
 
-  bool probe(const std::string& uri, Ombe::FormatRequirementList* missing = nullptr);
-  Ombe::Status open(const std::string& uri);
-  Ombe::Status activate();
+  bool probe(const std::string& uri, Ombe::FormatRequirementList* missing = nullptr) {
+    return component.container->probe(Ombe::MediaSource(Ombe::toByteString(uri)), 1, 2, missing);
+  }
+  Ombe::Status open(const std::string& uri) {
+    return component.container->open(Ombe::MediaSource(Ombe::toByteString(uri)));
+  }
+  Ombe::Status activate() {
+    Ombe::ContainerInterface& container = *component.container;
+    return container.activateProgram(container.getProgramUIDs().head()->value);
+  }
   /// Opens a file of this content, activates, and gives the stream the clock; null when refused.
   Ombe::StreamInterface* play(const std::string& content);
-  [[nodiscard]] Ombe::StreamInterface* newestStream() const;
+  [[nodiscard]] Ombe::StreamInterface* newestStream() const {
+    return host.streams.empty() ? nullptr : host.streams.rbegin()->second.get();
+  }
 
   FakeContext context;
   FakeHost host;
