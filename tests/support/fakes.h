@@ -113,6 +113,13 @@ class FakeHost : public Ombe::ContainerHost {
   Ombe::Status announceStream(Ombe::StreamInterface* stream) override;
   Ombe::Status withdrawStream(Ombe::UID uid) override;
   Ombe::Status selectStream(Ombe::UID uid, std::int32_t flag) override;
+#define OMBE_RESERVED(slot) \
+  void reservedSlot##slot() override { ADD_FAILURE() << "slot " #slot " was called"; }
+  // clang-format off
+  OMBE_RESERVED(5) OMBE_RESERVED(7) OMBE_RESERVED(9) OMBE_RESERVED(10) OMBE_RESERVED(11)
+  OMBE_RESERVED(12) OMBE_RESERVED(13) OMBE_RESERVED(14) OMBE_RESERVED(15) OMBE_RESERVED(16)
+  OMBE_RESERVED(17) OMBE_RESERVED(18) OMBE_RESERVED(19) OMBE_RESERVED(20) OMBE_RESERVED(21)
+  // clang-format on
 
   FakeSettings settings;
   CallLog calls;
@@ -149,6 +156,11 @@ class FakeController : public Ombe::SubtitleController {
   bool registerConsumer(Ombe::SettingConsumer* consumer) override {
     return enlist("register", consumer, 1);
   }
+  // clang-format off
+  OMBE_RESERVED(4) OMBE_RESERVED(5) OMBE_RESERVED(6) OMBE_RESERVED(7) OMBE_RESERVED(8)
+  OMBE_RESERVED(9) OMBE_RESERVED(10) OMBE_RESERVED(11) OMBE_RESERVED(12)
+  // clang-format on
+#undef OMBE_RESERVED
   bool unregisterConsumer(Ombe::SettingConsumer* consumer) override {
     return enlist("unregister", consumer, 0);
   }
