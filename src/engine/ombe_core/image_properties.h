@@ -25,4 +25,6 @@ class OMBE_API ImageProperties {
   std::uint32_t height_ = 0;
 };
 
+static_assert(sizeof(ImageProperties) == 8);
+
 }  // namespace Ombe

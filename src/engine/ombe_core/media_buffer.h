@@ -32,6 +32,8 @@ class OMBE_API MediaBuffer {
   unsigned char* data_ = nullptr;
   std::uint32_t bufferSize_ = 0;
   std::uint32_t chunkSize_ = 0;
+
+  friend struct MediaChunkLayout;
 };
 
 }  // namespace Ombe

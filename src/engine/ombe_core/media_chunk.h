@@ -23,6 +23,8 @@ class OMBE_API MediaChunk : public MediaBuffer {
 
  private:
   IBufferAllocator* allocator_;
+
+  friend struct MediaChunkLayout;
 };
 
 }  // namespace Ombe

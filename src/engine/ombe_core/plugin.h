@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 
 #include "ombe_core/export.h"
@@ -18,6 +19,8 @@ struct PluginInfo {
   std::uint32_t size;           ///< bytes of this record
   std::uint32_t engineVersion;  ///< version of the engine layer that the base was built with
 };
+
+static_assert(sizeof(PluginInfo) == 8 && offsetof(PluginInfo, engineVersion) == 4);
 
 /// A component: one object that offers interfaces by identifier. A new object counts 1; the release
 /// that brings the count to zero destroys it. Counting is safe on any thread.

@@ -1,6 +1,18 @@
 #include "ombe_core/stream_interface.h"
 
+#include <cstddef>
+
 namespace Ombe {
+
+// The offsets of a class with a table are conditionally supported; both compilers support them.
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+struct StreamInterfaceLayout {
+  static_assert(offsetof(StreamInterface, lastChunkTime) == sizeof(void*) &&
+                offsetof(StreamInterface, streamNumber_) == sizeof(void*) + 4);
+  static_assert(offsetof(StreamInterface, containerUID_) == 2 * sizeof(void*) + 16 &&
+                offsetof(StreamInterface, streamUID_) == 2 * sizeof(void*) + 24 &&
+                sizeof(StreamInterface) == 3 * sizeof(void*) + 32);
+};
 
 StreamInterface::StreamInterface(UID containerUID, UID streamUID, StreamInterface* parent)
     : containerUID_(containerUID), streamUID_(streamUID), parent_(parent) {}

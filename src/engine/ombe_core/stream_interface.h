@@ -85,6 +85,8 @@ class OMBE_API StreamInterface {
   UID containerUID_;
   UID streamUID_;
   StreamInterface* parent_;
+
+  friend struct StreamInterfaceLayout;
 };
 
 }  // namespace Ombe
