@@ -22,7 +22,7 @@ void SubtitleParserTemplate<Format>::addStream(EntryList& list, const ByteString
   std::map<UID, OverlayStream*> added{{uid, stream.get()}};  // from here on nothing throws
   while (const auto replaced = streams.extract(uid)) retireStream(uid, *replaced.mapped());
   streams.merge(added);
-  stream.release();
+  static_cast<void>(stream.release());
 }
 
 /// Does nothing for a factor that is not a finite number, as an unset rate gives.
