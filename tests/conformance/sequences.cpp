@@ -70,6 +70,7 @@ TEST(Calls, AreThoseOfEachOperationInOrder) {
   EXPECT_EQ(after(stream.setReadSpeed(-1)), "1");
   EXPECT_EQ(after(container.deactivate(true)), "0, unregister");
   EXPECT_EQ(after(container.deactivate(false)), "0, unregister, withdraw 5, withdraw 9");
+  EXPECT_EQ(after(container.deactivate(false)), "0, unregister");
   EXPECT_EQ(after(container.activateProgram(1)), "0, register, preferredLanguage");
 }
 
