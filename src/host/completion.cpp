@@ -75,7 +75,7 @@ std::string bash(const Commands& commands) {
          "complete -F _ombe ombe\n";
 }
 
-/// One specification of zsh's _arguments.
+/// One argument of zsh's _arguments.
 std::string zshArgument(const OptionDescription& option) {
   constexpr std::string_view kEscaped = "[]:\\";
   std::string action = option.choices.empty() ? (option.takesFile ? "_files" : " ")
