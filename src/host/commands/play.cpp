@@ -6,6 +6,7 @@
 
 #include "host/code_page.h"
 #include "host/commands/commands.h"
+#include "host/input_file.h"
 #include "host/messages.h"
 #include "host/options.h"
 #include "host/session.h"
@@ -41,14 +42,14 @@ int run(const Options& options) {
   if (wantsColor(options.color, STDOUT_FILENO)) {
     depth = terminalColourDepth(environment("COLORTERM"), environment("TERM"));
   }
-  const std::string& file = options.files.front();
+  const InputFile input(options.files.front());
   PlayOptions play = options.play;
   Session session(options.session);
-  session.open(file);
+  session.open(input.path());
   if (!options.session.codePage) play.likelyCodePages = findLikelyCodePages(session);
   if (onTerminal) return playOnTerminal(session, play, depth);
   if (!play.likelyCodePages.empty()) {
-    reportError(file + ": not UTF-8: try --code-page " + play.likelyCodePages.front());
+    reportError(input.name() + ": not UTF-8: try --code-page " + play.likelyCodePages.front());
   }
   playAsLines(session, play, depth);
   return 0;
