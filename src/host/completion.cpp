@@ -86,8 +86,8 @@ std::string zshArgument(const OptionDescription& option) {
     if (!result.empty()) result += " ";
     std::string purpose = quoted(option.purpose, kEscaped);
     purpose = purpose.substr(1, purpose.size() - 2);
-    result += "'" + name + "[" + purpose + "]";
-    if (!option.value.empty()) result += ":" + option.value + ":" + action;
+    result.append("'").append(name).append("[").append(purpose).append("]");
+    if (!option.value.empty()) result.append(":").append(option.value).append(":").append(action);
     result += "'";
   }
   return result;
