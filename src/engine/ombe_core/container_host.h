@@ -36,7 +36,9 @@ class OMBE_API ContainerHost : public SettingStore {
   virtual void reservedSlot19();
   virtual void reservedSlot20();
   virtual void reservedSlot21();
-  /// Slot 22. From here on the host owns the stream. The result is ignored.
+  /// Slot 22. From here on the host owns the stream. The result is ignored. From within this and
+  /// the two below, the host may activate, deactivate and read; to release streams it waits until
+  /// all are announced, since one that it does not own yet would be lost.
   virtual Status announceStream(StreamInterface* stream) = 0;
   /// Slot 23. The container has forgotten the stream; the host destroys it if it was announced. The
   /// result is ignored.
