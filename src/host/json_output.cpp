@@ -22,4 +22,16 @@ void writeJson(const Json& document) {
   output.commit();
 }
 
+void answer(bool inJson, const std::function<void(Json& document)>& fill) {
+  Json document = {{"version", kJsonVersion}};
+  try {
+    fill(document);
+  } catch (const Failure& failure) {
+    document["error"] = errorJson(failure);
+    if (inJson) writeJson(document);
+    throw;
+  }
+  if (inJson) writeJson(document);
+}
+
 }  // namespace Ombe

@@ -2,6 +2,7 @@
 // old form would misread the new one.
 #pragma once
 
+#include <functional>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 
@@ -19,5 +20,9 @@ Json errorJson(const Failure& failure);
 
 /// Writes the document to standard output. Bytes that are no UTF-8 become U+FFFD.
 void writeJson(const Json& document);
+
+/// Calls `fill` with a document that holds the version, and writes it if JSON is wanted: complete,
+/// or with what was filled in before a Failure and the failure as "error". The Failure goes on.
+void answer(bool inJson, const std::function<void(Json& document)>& fill);
 
 }  // namespace Ombe

@@ -20,20 +20,14 @@ CheckReport examineNamed(const std::string& name, const Options& options) {
 
 ExitCode checkAsJson(const Options& options) {
   ExitCode code = ExitCode::kDone;
-  Json document = {{"version", kJsonVersion}};
-  try {
+  answer(true, [&](Json& document) {
     Json& files = document["files"] = Json::array();
     for (const std::string& file : options.files) {
       const CheckReport report = examineNamed(file, options);
       if (!report.opens) code = ExitCode::kRefused;
       files.push_back(toJson(report));
     }
-  } catch (const Failure& failure) {
-    document["error"] = errorJson(failure);
-    writeJson(document);
-    throw;
-  }
-  writeJson(document);
+  });
   return code;
 }
 

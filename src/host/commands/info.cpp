@@ -89,24 +89,16 @@ void writeText(const std::string& file, const FileInfo& info, const PluginDescri
 
 ExitCode runInfo(const Options& options) {
   const InputFile input(options.files.front());
-  Json document = {{"version", kJsonVersion}, {"file", input.name()}};
-  try {
+  answer(options.json, [&](Json& document) {
+    document["file"] = input.name();
     Session session(options.session);
     const PluginDescription plugin = describePlugin(session.library().path(), session.plugin());
     document["plugin"] = toJson(plugin);
     session.open(input.path());
     const FileInfo info = describeFile(session);
-    if (!options.json) {
-      writeText(input.name(), info, plugin);
-      return ExitCode::kDone;
-    }
     document.update(toJson(info));
-  } catch (const Failure& failure) {
-    document["error"] = errorJson(failure);
-    if (options.json) writeJson(document);
-    throw;
-  }
-  writeJson(document);
+    if (!options.json) writeText(input.name(), info, plugin);
+  });
   return ExitCode::kDone;
 }
 

@@ -48,21 +48,12 @@ void write(const Inspection& inspection) {
 }  // namespace
 
 ExitCode runInspect(const Options& options) {
-  Json document = {{"version", kJsonVersion}};
-  try {
+  answer(options.json, [&](Json& document) {
     const Inspection inspection = inspect(options.session.plugin);
-    if (!options.json) {
-      write(inspection);
-      return ExitCode::kDone;
-    }
     document["plugin"] = toJson(inspection.plugin);
     document["plugin"]["formats"] = inspection.formats;
-  } catch (const Failure& failure) {
-    document["error"] = errorJson(failure);
-    if (options.json) writeJson(document);
-    throw;
-  }
-  writeJson(document);
+    if (!options.json) write(inspection);
+  });
   return ExitCode::kDone;
 }
 
