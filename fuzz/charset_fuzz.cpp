@@ -12,14 +12,34 @@
 using namespace Ombe;  // NOLINT(google-build-using-namespace)
 using ombe_fuzz::Input;
 using ombe_fuzz::require;
+using std::string_literals::operator""s;
 
 namespace {
 
+const std::pair<std::string, const char*> kSignatures[] = {  // the longest match counts
+    {"\0\0\xFE\xFF"s, "UTF32-BE"},
+    {"\xFF\xFE\0\0"s, "UTF32-LE"},
+    {"\xFE\xFF", "UTF16-BE"},
+    {"\xFF\xFE", "UTF16-LE"},
+    {"\xEF\xBB\xBF", "UTF8"},
+    {"+/v8", "UTF7"},
+    {"+/v9", "UTF7"},
+    {"+/v+", "UTF7"},
+    {"+/v/", "UTF7"},
+    {"\x0E\xFE\xFF", "SCSU"},
+    {"\xFB\xEE\x28", "BOCU-1"},
+    {"\x84\x31\x95\x33", "GB-18030"}};
+
 void checkSignature(const unsigned char* bytes, std::string_view text) {
+  std::pair<std::string, const char*> longest("", "old");
+  for (const auto& signature : kSignatures) {
+    const bool isLonger = signature.first.size() > longest.first.size();
+    if (isLonger && text.starts_with(signature.first)) longest = signature;
+  }
   String name("old");
-  const auto length = detectTextSignature(bytes, static_cast<std::uint32_t>(text.size()), name);
-  require(length <= std::min<std::size_t>(text.size(), 4), "a signature lies within the text");
-  require((length == 0) == (view(name) == "old"), "a signature is named");
+  const std::uint32_t length =
+      detectTextSignature(bytes, static_cast<std::uint32_t>(text.size()), name);
+  require(length == longest.first.size() && view(name) == longest.second, "the longest signature");
 }
 
 void checkDecoding(const std::string& codePage, const unsigned char* bytes, std::string_view text) {
