@@ -4,10 +4,12 @@
 //   open   the plug-in's open
 //   read   every chunk of the opened file, taken and given back
 //   all    open, read and release together
+//   fresh  the same, after the C library has given its free memory back
 //   icu    the bare converter calls for the texts that `read` converts
 //
 // Prints the processor seconds (user and system) of the step as a JSON number: with REPEATS, the
 // mean of so many runs in one process.
+#include <malloc.h>
 #include <unicode/ucnv.h>
 
 #include <cstdio>
@@ -75,6 +77,12 @@ double allStep(const Arguments& arguments) {
   });
 }
 
+/// A session of a process that had no use for so much memory before.
+double freshStep(const Arguments& arguments) {
+  ::malloc_trim(0);
+  return allStep(arguments);
+}
+
 /// Both conversions of one text with converters of their own, into buffers that are there already.
 std::size_t convert(const char* codePage, const std::string& text, std::vector<UChar>& units,
                     std::vector<char>& bytes) {
@@ -120,6 +128,7 @@ constexpr Step kSteps[] = {{"floor", floorStep},
                            {"open", openStep},
                            {"read", readStep},
                            {"all", allStep},
+                           {"fresh", freshStep},
                            {"icu", icuStep}};
 
 int run(std::string_view name, const Arguments& arguments, int repeats) {

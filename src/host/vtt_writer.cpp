@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/number_text.h"
+#include "host/shown_lines.h"
 #include "host/utf8_scan.h"
 
 namespace Ombe {
@@ -41,13 +42,7 @@ void VttWriter::append(const Subtitle& subtitle, std::string& /*out*/) {
   appendTimecode(cues_, subtitle.timestamp + subtitle.duration, '.');
   cues_ += '\n';
   open_.clear();
-  std::string_view text = subtitle.text;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-    const std::string_view line = text.substr(0, end);
-    if (line.find_first_not_of(" \t\v\f") != std::string_view::npos) appendLine(line);
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
+  forEachShownLine(subtitle.text, [this](std::string_view line) { appendLine(line); });
   cues_ += '\n';
 }
 
