@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Runs every command of a README's console blocks and compares what it prints.
+"""Runs every command of a page's console blocks and compares what it prints.
 
-Usage: readme_test.py README OMBE SAMPLES. A line that begins with "$ " is a command; the lines up to
+Usage: readme_test.py PAGE OMBE SAMPLES. A line that begins with "$ " is a command; the lines up to
 the next one are its output, on either stream. `scripts/run` stands for the built program.
 """
 import os
@@ -19,11 +19,11 @@ def commands(text):
 
 
 def main():
-    readme, ombe, samples = (os.path.abspath(path) for path in sys.argv[1:])
+    page, ombe, samples = (os.path.abspath(path) for path in sys.argv[1:])
     failed = count = 0
     with tempfile.TemporaryDirectory() as folder:
         os.symlink(samples, os.path.join(folder, "samples"))
-        with open(readme, encoding="utf-8") as file:
+        with open(page, encoding="utf-8") as file:
             cases = list(commands(file.read()))
         for command, expected in cases:
             count += 1
@@ -33,7 +33,7 @@ def main():
             if run.stdout != expected:
                 failed += 1
                 print(f"$ {command}\nshould print\n{expected}but prints\n{run.stdout}")
-    print(f"{count - failed} commands print what the README says, {failed} do not")
+    print(f"{count - failed} commands print what the page shows, {failed} do not")
     return 1 if failed or count == 0 else 0
 
 
