@@ -124,12 +124,8 @@ struct Step {
   double (*run)(const Arguments& arguments);
 };
 
-constexpr Step kSteps[] = {{"floor", floorStep},
-                           {"open", openStep},
-                           {"read", readStep},
-                           {"all", allStep},
-                           {"fresh", freshStep},
-                           {"icu", icuStep}};
+constexpr Step kSteps[] = {{"floor", floorStep}, {"open", openStep},   {"read", readStep},
+                           {"all", allStep},     {"fresh", freshStep}, {"icu", icuStep}};
 
 int run(std::string_view name, const Arguments& arguments, int repeats) {
   for (const Step& step : kSteps) {

@@ -87,13 +87,14 @@ TEST(Signature, NamesTheCodePageThatDecodesTheRest) {
     ASSERT_TRUE(fromUtf16(rows[i].c_str(), u"\u017Do", 2, &encoded, &length));
     const std::unique_ptr<char[]> owner(encoded);
     EXPECT_EQ(encoded[length], 0);
-    const std::string text = rows[i + 1] + std::string(encoded, length);
+    const std::string rest(encoded, length), text = rows[i + 1] + rest;
     String name;
     ASSERT_EQ(detectTextSignature(bytesOf(text), sizeOf(text), name), rows[i + 1].size());
     EXPECT_EQ(view(name), rows[i]);
     FakeHost store;
     store.settings.setString("CodePage", "Name", name.c_str());
-    EXPECT_EQ(decoded(&store, text.substr(rows[i + 1].size())), "\xC5\xBDo") << rows[i];
+    EXPECT_EQ(decoded(&store, rest), "\xC5\xBDo") << rows[i];
+    EXPECT_EQ(convertToUtf8(rows[i].c_str(), bytesOf(rest), sizeOf(rest)), "\xC5\xBDo");
   }
   for (const char* text :
        {"+/vA", "+/v", "\xEF\xBB", "\xFF", "\xFE", "\x84\x31\x95", "\xFB\xEE", ""}) {
@@ -156,6 +157,7 @@ TEST(Conversion, FailsSoftlyWithoutALibraryAFunctionOrACodePage) {
   EXPECT_EQ(count, 7);  // not even begun
   EXPECT_FALSE(toUtf16("no such code page", bytesOf("AB"), 2, &units, &count));
   EXPECT_EQ(count, 0);
+  EXPECT_EQ(convertToUtf8("no such code page", bytesOf("AB"), 2), "");
 }
 
 TEST(MemoryBufferTest, IsClearedOnDemandAndUsableAfterMemoryWasShort) {

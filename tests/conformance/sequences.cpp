@@ -89,6 +89,26 @@ TEST(Calls, WithdrawAStreamBeforeAnotherTakesItsIdentifier) {
   EXPECT_EQ(engine.after(engine.activate()), "0, preferredLanguage, announce 1, withdraw 1");
 }
 
+TEST(Component, SharesNothingWithAnother) {
+  Engine polish, russian;
+  const std::string content = "{1}{1}1000\n{1000}{3000}\xB3\xB9\n{5000}{6000}B\n";
+  polish.host.settings.setString("CodePage", "Name", "CP1250");
+  russian.host.settings.setString("CodePage", "Name", "CP1251");
+  Ombe::StreamInterface* first = polish.play(content);
+  Ombe::StreamInterface* second = russian.play(content);
+  polish.clock.now = russian.clock.now = 100000;
+  russian.controller.changeRatio(500, 1);
+  russian.host.offset = 1000;
+  EXPECT_EQ(readOne(*first), "1000+2000 \u0142\u0105");
+  EXPECT_EQ(readAll(*second), "3000+4000 \u0456\u2116 ; 11000+2000 B");
+  EXPECT_TRUE(second->setReadSpeed(-1000));
+  EXPECT_EQ(russian.component.container->deactivate(false), Ombe::kSuccess);
+  EXPECT_EQ(readAll(*first), "5000+1000 B");
+  polish.controller.changeCodePage("CP1252");
+  EXPECT_EQ(first->resetStream(), Ombe::kSuccess);
+  EXPECT_EQ(readOne(*first), "1000+2000 \u00B3\u00B9");
+}
+
 TEST(Component, ThatIsDestroyedCallsNobody) {
   Watched engine;
   {
