@@ -1,9 +1,9 @@
 #!/bin/sh
 # Installs the build into a folder, moves that elsewhere, and uses it as strangers do: runs ombe, and
 # builds a plug-in outside the tree with the CMake package and with pkg-config.
-#   install_test.sh CMAKE BUILD CXX FLAGS EXAMPLES SAMPLE
+#   install_test.sh CMAKE GENERATOR BUILD CXX FLAGS EXAMPLES SAMPLE
 set -eu
-cmake=$1 build=$2 cxx=$3 flags=$4 examples=$5 sample=$6
+cmake=$1 generator=$2 build=$3 cxx=$4 flags=$5 examples=$6 sample=$7
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 unset OMBE_PLUGIN_PATH PKG_CONFIG_PATH LD_LIBRARY_PATH DESTDIR
@@ -43,8 +43,8 @@ inspected() { # HOW FOLDER: what ombe says of the two plug-ins there
     'text/x-standalone (rank 1)'
 }
 
-"$cmake" -S "$examples/standalone" -B "$folder/by cmake" "-DCMAKE_CXX_COMPILER=$cxx" \
-  "-DCMAKE_PREFIX_PATH=$prefix" >/dev/null
+"$cmake" -G "$generator" -S "$examples/standalone" -B "$folder/by cmake" \
+  "-DCMAKE_CXX_COMPILER=$cxx" "-DCMAKE_PREFIX_PATH=$prefix" >/dev/null
 "$cmake" --build "$folder/by cmake" >/dev/null
 inspected 'built by CMake' "$folder/by cmake"
 "$cmake" --install "$folder/by cmake" >/dev/null
