@@ -112,6 +112,7 @@ void Journey::travel() {
   Ombe::UID program = 0;
   step("programs", 0, [&] { return (program = container.getProgramUIDs().head()->value) != 0; });
   step("activate", 0, [&] { return container.activateProgram(program) == kSuccess; });
+  EXPECT_EQ(engine->host.streams.size(), 1U) << "published more than once";
   play(*engine->newestStream());
   step("deactivate", 0, [&] { return container.deactivate(false) == kSuccess; });
   const AllocationFault none(1, FaultMode::kFromThereOn);
@@ -196,6 +197,28 @@ bool sweep(const Road& road, int step, FaultMode mode, bool isWarm) {
   return true;
 }
 
+/// In a process of its own, since the library is bound once: its first three allocations are those
+/// of the binding.
+[[noreturn]] void readWhileBinding(long nth) {
+  Engine engine;
+  engine.clock.now = 9999;
+  engine.host.settings.setString("CodePage", "Name", "windows-1250");
+  Ombe::StreamInterface* stream = engine.play(std::string("{1}{1}1000\n{1000}{3000}") + kRaw);
+  {
+    const AllocationFault fault(nth, FaultMode::kOnce);
+    EXPECT_EQ(readOne(*stream), std::string("1000+2000 ") + kRaw);
+  }
+  stream->resetStream();
+  EXPECT_EQ(readOne(*stream), "1000+2000 \u0142\u0105");
+  std::_Exit(testing::Test::HasFailure() ? 1 : 0);
+}
+
+TEST(Allocation, ThatFailsWhileTheConverterLibraryIsBoundLeavesTextUndecoded) {
+  for (const long nth : {1, 2, 3}) {
+    EXPECT_EXIT(readWhileBinding(nth), testing::ExitedWithCode(0), "") << nth;
+  }
+}
+
 TEST(Allocation, ThatFailsIsAnsweredForLosesNothingAndCanBeTriedAgain) {
   UErrorCode error = U_ZERO_ERROR;
   icuFunction<decltype(&::u_setMemoryFunctions)>("u_setMemoryFunctions")(
@@ -221,6 +244,7 @@ TEST(Allocation, ThatFailsIsAnsweredForLosesNothingAndCanBeTriedAgain) {
     }
   }
   Ombe::Logger::instance().setSink({});
+  EXPECT_GT(icuRefusals, 0);
 }
 
 }  // namespace

@@ -5,9 +5,11 @@
 #include "host/code_page.h"
 #include "host/command_description.h"
 #include "host/completion.h"
+#include "host/frame_rate.h"
 #include "host/man_page.h"
 #include "host/subtitle_writer.h"
 #include "support/run_program.h"
+#include "support/table.h"
 
 namespace ombe_test {
 namespace {
@@ -38,45 +40,13 @@ CheckReport examined(const std::string& path, SessionOptions options = {}, std::
 }
 
 TEST(Check, FindsWhatIsWrongAndWhere) {
-  const std::string bad = "{1}{2}a\n\n x\r\n{3}{4\r{5}b\n \t\n {1}{2}c\n{9}{10}d";
-  const struct {
-    std::string content, expected;
-    SessionOptions options = {};
-    std::string name = "a.sub";
-  } cases[] = {
-      {"{1}{1}25\n{25}{50}a", "opens 2 24/1 user; 1 header", {.frameRate = Ratio{24, 1}}},
-      {"{1}{1}25\n{25}{50}a", "opens 1 25/1 header", {.frameRate = Ratio{0, 1}}},
-      {"{1}{1}25fps\n{1}{1}30", "opens 2 24000/1001 default; 1 header; 2 header"},
-      {"{1}{1}25/0\n{1}{1}25\n{1}{1}24\n", "opens 1 25/1 header; 1 header; 3 header"},
-      {"{1}{1}25\r\n\r\n{9}{5}a\r{10}{700}b\n{20}{30}c\n{40}{50}d",
-       "opens 4 25/1 header; 3 end-before-start; 4 long; 5 overlap; 6 overlap"},
-      {"{2}{3}{f:A}x {s:1}\n{4}{5}{y:ibu}x\n{6}{7}{y:i}{c:$0000FF}x\n{8}{9}/a|/b\n",
-       "opens 4 24000/1001 default; 1 style-code; 1 style-code; 2 style-code; 3 style-code; 4 "
-       "slash"},
-      {"{2}{3}{y:b}x\n{4}{5}{c:$0000FF}x\n{6}{7}/a|b{1}\n", "opens 3 24000/1001 default"},
-      {"{10}{20}\n{30}{40\n{-5}{50}x",
-       "opens 1 24000/1001 default; 1 no-text; 2 no-text; 3 negative-frame; 3 end-before-start"},
-      {bad, "open; !3 bad-line; 4 no-text; !5 bad-line; !6 bad-line; !7 bad-line"},
-      {"{1}{2}a\n", "open; !0 extension", {}, "a.SUB"},
-      {"\n\r\n1\n00:00:01,000 --> 00:00:02,000\n", "probe; !0 foreign-format"},
-      {"\n\r\nHello\n", "probe; !3 bad-line", {}, "a.txt"},
-      {"", "probe; !0 foreign-format"},
-      {"\0\0\1\xBA"s + std::string(50, 'x'), "probe; !0 foreign-format"},
-      {"{\0001\0}\0{\0002\0}\0x\0"s, "probe; !0 foreign-format"},
-      {"{\0001\0}\0{\0002\0}\0x\0"s,
-       "open; !0 foreign-format; !1 bad-line; 1 nul",
-       {.codePage = "UTF-16LE"}},
-      {"\xFF\xFE{\0001\0}\0{\0002\0}\0x\0y\0\n\0x\0"s, "open; !2 bad-line"},
-      {"\xEF\xBB\xBF{1}{2}caf\xE9s\n", "opens 1 24000/1001 default; 0 code-page"},
-      {"{1}{2}a\n{3}{4}caf\xE9\n", "opens 2 24000/1001 default; 2 not-utf-8"},
-      {"{1}{2}caf\xE9\n{3}{4}\x81\x81\n{5}{6}\xE9",
-       "opens 3 24000/1001 default; 2 code-page; 3 code-page",
-       {.codePage = "windows-1250"}},
-      {"{1}{2}a\n{3}{4}b\0\nx"s, "opens 2 24000/1001 default; 2 nul"},
-      {"{1}{2}a\n", "convert; !0 failure", {.codePage = "none such"}}};
-  for (const auto& c : cases) {
-    const TempFile file(c.content, c.name);
-    EXPECT_EQ(summary(examined(file.path(), c.options)), c.expected) << c.content;
+  for (auto row : readTable("check.txt")) {
+    row.resize(5);
+    SessionOptions options;
+    options.codePage = row[2].empty() ? std::nullopt : std::optional(row[2]);
+    options.frameRate = row[3].empty() ? std::nullopt : parseFrameRate(row[3]);
+    const TempFile file(row[0], row[4].empty() ? "a.sub" : row[4]);
+    EXPECT_EQ(summary(examined(file.path(), options)), row[1]) << row[0];
   }
   EXPECT_EQ(summary(examined("/none.sub")), "read; !0 failure");
 }

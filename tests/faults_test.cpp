@@ -151,6 +151,9 @@ void readWithoutLibrary() {
   EXPECT_GT(std::exchange(lie, {}).uses, 0);
   stream->resetStream();
   EXPECT_EQ(readOne(*stream), "1000+2000 \xB3\xB9");
+  stream = engine.play("\xEF\xBB\xBF{1}{1}1000\n{1000}{3000}signed");
+  ASSERT_NE(stream, nullptr);
+  EXPECT_EQ(readOne(*stream), "1000+2000 signed");
 }
 
 [[noreturn]] void exitWithResult() { std::exit(testing::Test::HasFailure() ? 1 : 0); }

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -74,33 +76,12 @@ void compareAllLines(const std::string& begun, int more) {
 TEST(LineScan, AgreesWithSscanf) {
   compareAllLines("", 6);
   compareAllLines("{1}{2", 4);
-  for (const char* number : {"0",
-                             "-0",
-                             "+5",
-                             "007",
-                             "2147483647",
-                             "2147483648",
-                             "-2147483648",
-                             "-2147483649",
-                             "4294967295",
-                             "4294967297",
-                             "9223372036854775807",
-                             "9223372036854775808",
-                             "-9223372036854775808",
-                             "-9223372036854775809",
-                             "99999999999999999999999999999999999999",
-                             "-99999999999999999999999",
-                             "\t\n\v\f\r 3",
-                             "+-3",
-                             "- 3",
-                             "",
-                             "0x10",
-                             "1e3",
-                             "\xA0 3"}) {
+  for (const auto& row : ombe_test::readTable("line_scan.txt")) {
+    const std::string& number = row.at(0);
     for (const char* rest : {"}{2}text", "}{2}", "}", "} {2}text"}) {
-      const std::string line = "{" + std::string(number) + rest;
+      const std::string line = "{" + number + rest;
       EXPECT_EQ(dumpOfScan(line), dumpOfSscanf(line)) << line;
-      const std::string swapped = "{1}{" + std::string(number) + "}text";
+      const std::string swapped = "{1}{" + number + "}text";
       EXPECT_EQ(dumpOfScan(swapped), dumpOfSscanf(swapped)) << swapped;
     }
   }
@@ -129,28 +110,16 @@ TEST(FrameTimes, AreUnsignedWrapAndTruncate) {
 }
 
 TEST(StreamChoice, PrefersLanguageThenRegionThenTheFirst) {
-  using Streams = std::vector<StreamLanguage>;
-  struct Case {
-    Streams streams;
-    const char* preferred;
-    UID chosen;
-  };
-  const Streams germans = {{1, "en", ""}, {2, "de", "CH"}, {3, "de", "AT"}, {4, "de", "AT"}};
-  const Case cases[] = {
-      {germans, "", 1},
-      {germans, "fr", 1},
-      {germans, "de", 2},
-      {germans, "de-AT", 4},  // a later exact match replaces an earlier one
-      {germans, "de-DE", 2},
-      {germans, "deu-CH", 2},
-      {germans, "ger", 2},
-      {germans, "De", 1},
-      {{{1, "de", "AT"}, {2, "de", "CH"}}, "de-AT-1996", 1},
-      {{{1, "de", "AT"}, {2, "de", ""}}, "de-AT", 1},
-      {{{5, "eng", ""}, {6, "deu", ""}}, "de", 6},
-      {{{0, "de", ""}, {6, "de", ""}}, "de", 6},  // a UID of 0 counts as nothing chosen
-      {{{3, "en", ""}}, "de", 3}};
-  for (const Case& c : cases) EXPECT_EQ(chooseStream(c.streams, c.preferred), c.chosen);
+  for (const auto& row : ombe_test::readTable("stream_choice.txt")) {
+    std::istringstream in(row.at(0));
+    const std::vector<std::string> words{std::istream_iterator<std::string>(in), {}};
+    std::vector<StreamLanguage> streams;
+    for (std::size_t at = 0; at < words.size(); at += 3) {
+      const std::string_view region = words.at(at + 2);
+      streams.push_back({std::stoull(words[at]), words[at + 1], region == "-" ? "" : region});
+    }
+    EXPECT_EQ(chooseStream(streams, row.at(1).c_str()), std::stoull(row.at(2))) << row.at(1);
+  }
 }
 
 TEST(StringTools, KeepEveryPathAndConvertBothWays) {

@@ -21,10 +21,10 @@ const char* const kAbuses[] = {
     "offset=-1e300", "offset=4e9", "offset=-4e9", "source=0", "source=1",
     // Notifications.
     "tell=0", "tell=1", "tell=2", "tell=3", "tell=4", "tell=5", "tell=6", "tell=7", "tell null",
-    "to and fro",
+    "to and fro", "query",
     // The container. "within" happens in the host's next answer to the plug-in.
-    "keep", "drop", "activate", "activate=12345", "reopen", "fail to open", "uid=0", "uid=2",
-    "uid=-1", "drop within", "reopen within"};
+    "keep", "drop", "activate", "activate=12345", "reopen", "probe", "fail to open", "uid=0",
+    "uid=2", "uid=-1", "drop within", "reopen within"};
 
 /// An engine with or without a host and a controller. Streams outlive their withdrawal.
 struct Victim : Engine {
@@ -62,6 +62,7 @@ void Victim::abuseStream(const std::string& name, double number) {
   if (name == "offset") host.offset = number;
   std::uint32_t time = 0;
   if (name == "speed") stream->setReadSpeed(static_cast<std::int32_t>(number));
+  if (name == "query") stream->getStreamInfo(nullptr, nullptr, nullptr);
   if (name == "source") stream->setTimeSource(number == 0 ? nullptr : &clock);
   if (name == "seek") {
     stream->getNextChunkTime(0, static_cast<std::uint32_t>(number), &time);
@@ -89,6 +90,7 @@ void Victim::commit(const std::string& abuse) {
   if (name == "activate" && !isPlain) container.activateProgram(12345);
   if (name == "uid") host.nextUID = static_cast<Ombe::UID>(static_cast<long long>(number));
   if (name == "reopen" || name == "uid") reopen();
+  if (name == "probe") probe(uri);
   if (name == "fail to open") open(uri + "/none.sub");
   if (name.ends_with(" within")) {
     host.callBack = [this, inner = name.substr(0, name.find(' '))](const std::string& call) {

@@ -272,13 +272,16 @@ TEST(Terminal, IsGivenBackWhenASignalEndsTheProgram) {
 }
 
 TEST(Terminal, NeverReceivesWhatStandsInASubtitleOrAName) {
-  const TempFile movie("{1}{1}25\n{1}{2}a\x1B[31mb\xC2\x9B\n", "x\x1By.sub");
-  for (const char* command : {"play --no-interactive --speed 9", "export", "info", "probe"}) {
+  const TempFile movie("{1}{1}25\n{1}{2}{f:x}a\x1B[31mb\xC2\x9B\n", "x\x1By.sub");
+  for (const char* command : {"play --no-interactive --speed 9", "export --log", "info", "probe",
+                              "check --color never"}) {
     const std::string out = OnTerminal(std::string(command) + " '" + movie.path() + "'").ended();
     EXPECT_THAT(out,
                 testing::AllOf(HasSubstr("␛"), testing::Not(HasSubstr("\x1B")), EndsWith("\n0")))
         << command;
   }
+  EXPECT_THAT(runShell("/", "ombe export '" + movie.path() + "'").out,
+              HasSubstr("a\x1B[31mb\xC2\x9B"));
 }
 
 TEST(Lines, ArePrintedAsSubtitlesBegin) {

@@ -102,6 +102,23 @@ TEST(Threads, MayAllConvertForTheFirstTime) {
   });
 }
 
+TEST(Threads, MayReopenAndReleaseWhileOthersReadAndNotify) {
+  Player player;
+  const TempFile file(kContent);
+  player.engine.host.keepsWithdrawn = true;
+  runTogether(3, [&](std::ptrdiff_t i, auto& together) {
+    for (int round = 0; round < kRounds / 10; ++round) {
+      if (round % kStride == 0) together.arrive_and_wait();
+      if (i == 0) player.read(round);
+      if (i == 1) player.notify(round);
+      if (i != 2) continue;
+      EXPECT_EQ(player.engine.component.container->deactivate(false), kSuccess);
+      EXPECT_EQ(player.engine.open(file.uri()), kSuccess);
+      EXPECT_EQ(player.engine.activate(), kSuccess);
+    }
+  });
+}
+
 TEST(Threads, MayReadSeekNotifyAndActivateAtTheSameTime) {
   using Work = void (Player::*)(int);
   constexpr Work kWorks[] = {&Player::read,    &Player::seek,   &Player::changeSpeed,

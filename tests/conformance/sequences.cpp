@@ -2,6 +2,8 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "support/fakes.h"
 
 namespace ombe_test {
@@ -68,7 +70,10 @@ TEST(Calls, AreThoseOfEachOperationInOrder) {
   engine.controller.changeCodePage("UTF8");
   EXPECT_EQ(after(stream.seekStream(0, nullptr, true)), "0");
   EXPECT_EQ(after(stream.setReadSpeed(-1)), "1");
+  // Hangs when the container waits for the controller with its lock held.
+  engine.controller.leaving = [&] { std::thread([&] { stream.resetStream(); }).join(); };
   EXPECT_EQ(after(container.deactivate(true)), "0, unregister");
+  engine.controller.leaving = nullptr;
   EXPECT_EQ(after(container.deactivate(false)), "0, unregister, withdraw 5, withdraw 9");
   EXPECT_EQ(after(container.deactivate(false)), "0, unregister");
   EXPECT_EQ(after(container.activateProgram(1)), "0, register, preferredLanguage");
@@ -115,13 +120,41 @@ TEST(Component, ThatIsDestroyedCallsNobody) {
     const Component component(&engine.context);
     component.control->setSubtitleController(&engine.controller);
     component.container->attach(&engine.host, 1);
+    const TempFile noEntries("{1}{1}25\n");
+    component.container->open(Ombe::MediaSource(Ombe::toByteString(noEntries.uri())));
+    component.container->activateProgram(component.container->getProgramUIDs().head()->value);
+    engine.after(0);
   }
   EXPECT_EQ(engine.after(0), "0");
+  engine.host.streams.clear();
+  engine.controller.consumers.clear();
 }
 
-TEST(Module, MayBeUnloadedAndLoadedAgain) {
-  for (int round = 0; round < 3; ++round) {
-    void* module = ::dlopen(OMBE_PLUGIN, RTLD_NOW | RTLD_LOCAL);
+TEST(Calls, EndWhenTheHostIsTakenAway) {
+  Watched engine;
+  engine.component.container->attach(&engine.host, 77);
+  engine.open(engine.file.uri());
+  engine.activate();
+  engine.clock.now = 500;
+  Ombe::StreamInterface& stream = *engine.newestStream();
+  stream.setTimeSource(&engine.clock);
+  engine.after(0);
+  engine.component.container->attach(nullptr, 0);
+  EXPECT_EQ(engine.after(readOne(stream)), "1000+2000 A");
+  EXPECT_EQ(engine.after(engine.open(engine.file.uri())), "fail");
+  EXPECT_EQ(engine.after(engine.component.container->deactivate(false)), "0");
+  EXPECT_EQ(readOne(stream), "end");
+  engine.host.streams.clear();
+}
+
+// A module stays loaded, so a copy is loaded each time.
+TEST(Module, MayBeLoadedAndClosedAgainAndAgain) {
+  const TempFile copy("");
+  for (const char* name : {".1", ".2", ".1"}) {
+    const std::string path = copy.path() + name;
+    std::filesystem::copy_file(OMBE_PLUGIN, path, std::filesystem::copy_options::skip_existing);
+    void* module = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(module, nullptr) << ::dlerror();
     const auto enter = reinterpret_cast<Ombe::EntryPoint>(::dlsym(module, Ombe::kEntryPointName));
     Ombe::Plugin* plugin = nullptr;
     EXPECT_EQ(enter(nullptr, &plugin), Ombe::kSuccess);

@@ -57,9 +57,10 @@ TEST(Component, AnswersItsTwoIdentifiersByTheirExactBytes) {
   EXPECT_EQ(lookUp(kSubtitleControlInterfaceId), component.control);
   const std::string base = "com.kelm.streamengine.interface.";
   for (const auto other :
-       {"containe"sv, "container "sv, "container\0"sv, "Container"sv, "input"sv}) {
+       {"component"sv, "containe"sv, "container "sv, "container\0"sv, "Container"sv, "input"sv}) {
     EXPECT_EQ(lookUp(base + std::string(other)), nullptr) << other;
   }
+  EXPECT_EQ(lookUp(""), nullptr);
   EXPECT_EQ(all({ask<int>(plugin, 4), ask<int>(plugin, 2), ask<int>(plugin, 3)}), "1 2 1 ");
   EXPECT_EQ(callSlot<const PluginInfo*>(plugin, 5)->size, sizeof(PluginInfo));
   EXPECT_EQ(callSlot<void*>(plugin, 6), &context);
@@ -104,8 +105,9 @@ TEST(Component, AnswersForTheFormatInBothOfItsTables) {
     callSlot<void>(t, changed, &kRatio, &half);
     EXPECT_EQ(readOne(*engine.newestStream()), "2000+4000 A");
   }
-  callSlot<void>(engine.controller.consumers.at(0), 2, &kRatio, &half);
-  EXPECT_EQ(readOne(*engine.newestStream()), "10000+2000 B");
+  const SettingValue quarter = SettingValue::ratio({250, 1});
+  callSlot<void>(engine.controller.consumers.at(0), 2, &kRatio, &quarter);
+  EXPECT_EQ(readOne(*engine.newestStream()), "20000+4000 B");
 }
 
 TEST(Container, AnswersEverySlotInItsPlace) {
@@ -116,8 +118,8 @@ TEST(Container, AnswersEverySlotInItsPlace) {
   EXPECT_EQ(all({ask<ByteString>(c, 7), ask<UID>(c, 8), ask<Status>(c, 15, &size)}), "'' 0 fail ");
   EXPECT_EQ(size, 77U);
   callSlot<void>(c, 2, &engine.host, UID{1} << 40);
-  callSlot<void>(c, 22, &engine.controller);
-  callSlot<void>(engine.component.control, 2, nullptr);  // keeps the controller that is there
+  callSlot<void>(engine.component.control, 2, &engine.controller);
+  callSlot<void>(c, 22, nullptr);  // keeps the controller that is there
   engine.host.nextUID = UID{1} << 32;
   EXPECT_EQ(callSlot<UIDList>(c, 11).head()->value, UID{1} << 32);
   EXPECT_EQ(engine.open(file.uri()), kSuccess);
@@ -135,6 +137,15 @@ TEST(Container, AnswersEverySlotInItsPlace) {
             "1 \u0142\u0105");
   EXPECT_EQ(all({ask<Status>(c, 14, true), ask<Status>(c, 14, false)}), "0 0 ");
 }
+
+/// Counts what an allocator does to it.
+struct WatchedChunk : MediaChunk {
+  using MediaChunk::MediaChunk;
+  ~WatchedChunk() override { *log += "gone"; }
+  unsigned char* lock() override { return *log += "lock ", nullptr; }
+  void unlock() override { *log += "unlock "; }
+  std::string* log = nullptr;
+};
 
 TEST(Stream, AnswersEverySlotInItsPlace) {
   Engine engine;
@@ -163,7 +174,18 @@ TEST(Stream, AnswersEverySlotInItsPlace) {
   void* const allocator = &chunk->allocator();
   callSlot<void>(allocator, 5, chunk);
   callSlot<void>(allocator, 5, nullptr);
+  for (const unsigned size : {0U, 1U}) {
+    std::string log;
+    auto* watched = new WatchedChunk(*static_cast<IBufferAllocator*>(allocator));
+    watched->log = &log;
+    watched->setBuffer(nullptr, size);
+    callSlot<void>(allocator, 5, watched);
+    EXPECT_EQ(log, size == 0 ? "gone" : "lock unlock gone");
+  }
+  const auto* value = static_cast<const std::uint32_t*>(allocator) + sizeof(void*) / 4;
+  EXPECT_EQ(*value, 8U);
   callSlot<void>(allocator, 3, 9U);
+  EXPECT_EQ(*value, 9U);
   EXPECT_EQ(callSlot<void*>(allocator, 4, 16U, 1U, 1U), nullptr);
   callSlot<void>(s, 20, 6);
   callSlot<void>(s, 22, 7);
@@ -176,6 +198,12 @@ TEST(Stream, AnswersEverySlotInItsPlace) {
            ask<int>(s, 21), ask<int>(s, 23), ask<bool>(s, 24, 1U)}),
       "0 fail 0 0 0 fail 3000 0 1000 1 0 fail fail 6 7 0 ");
   EXPECT_EQ(std::pair(out, other), std::pair(5000U, 1000U));
+  engine.host.keepsWithdrawn = true;
+  EXPECT_EQ(engine.component.container->deactivate(false), kSuccess);
+  void* const last = engine.host.withdrawn.at(0).release();
+  const long before = liveAllocations();
+  callSlot<void>(last, 1);
+  EXPECT_LT(liveAllocations(), before);
 }
 
 TEST(Component, IsDestroyedThroughAnyOfItsTables) {

@@ -117,7 +117,8 @@ StreamInterface* Engine::play(const std::string& content) {
 }
 
 std::string readOne(StreamInterface& stream) {
-  MediaChunk* chunk = nullptr;
+  static int stale = 0;
+  auto* chunk = reinterpret_cast<MediaChunk*>(&stale);  // to be overwritten whatever the answer
   const Status status = stream.readStream(&chunk);
   const FaultPause pause;
   if (chunk == nullptr) return status == kSuccess ? "end" : status == -1 ? "wait" : "fail";

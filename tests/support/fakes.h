@@ -70,7 +70,14 @@ class FakeSettings {
   std::vector<std::unique_ptr<Ombe::String>> strings_;
 };
 
+#define OMBE_RESERVED(slot) \
+  void reservedSlot##slot() override { ADD_FAILURE() << "slot " #slot " was called"; }
+
 struct FakeContext : Ombe::PluginContext {
+  // clang-format off
+  OMBE_RESERVED(2) OMBE_RESERVED(3) OMBE_RESERVED(4) OMBE_RESERVED(5) OMBE_RESERVED(6)
+  OMBE_RESERVED(7)
+  // clang-format on
   bool supportsFormat(Ombe::String formatName) override {
     const FaultPause pause;
     asked.emplace_back(view(formatName));
@@ -113,8 +120,6 @@ class FakeHost : public Ombe::ContainerHost {
   Ombe::Status announceStream(Ombe::StreamInterface* stream) override;
   Ombe::Status withdrawStream(Ombe::UID uid) override;
   Ombe::Status selectStream(Ombe::UID uid, std::int32_t flag) override;
-#define OMBE_RESERVED(slot) \
-  void reservedSlot##slot() override { ADD_FAILURE() << "slot " #slot " was called"; }
   // clang-format off
   OMBE_RESERVED(5) OMBE_RESERVED(7) OMBE_RESERVED(9) OMBE_RESERVED(10) OMBE_RESERVED(11)
   OMBE_RESERVED(12) OMBE_RESERVED(13) OMBE_RESERVED(14) OMBE_RESERVED(15) OMBE_RESERVED(16)
@@ -162,6 +167,7 @@ class FakeController : public Ombe::SubtitleController {
   // clang-format on
 #undef OMBE_RESERVED
   bool unregisterConsumer(Ombe::SettingConsumer* consumer) override {
+    if (leaving) leaving();
     return enlist("unregister", consumer, 0);
   }
 
@@ -181,6 +187,7 @@ class FakeController : public Ombe::SubtitleController {
 
   CallLog& calls;  // the host's: the order among both counts
   std::vector<Ombe::SettingConsumer*> consumers;
+  std::function<void()> leaving;  // from within each deregistration
 
  private:
   bool enlist(const char* call, Ombe::SettingConsumer* consumer, std::size_t times);

@@ -18,8 +18,13 @@ std::vector<std::vector<std::string>> readTable(const std::string& name) {
     for (std::size_t at = 0; at < line.size(); ++at) {
       if (line[at] == '\t') {
         cells.emplace_back();
+      } else if (line[at] != '\\') {
+        cells.back() += line[at];
+      } else if (line.at(++at) == 'x') {
+        cells.back() += static_cast<char>(std::stoi(line.substr(at + 1, 2), nullptr, 16));
+        at += 2;
       } else {
-        cells.back() += line[at] == '\\' ? kBytes.at(kLetters.find(line.at(++at))) : line[at];
+        cells.back() += kBytes.at(kLetters.find(line[at]));
       }
     }
   }

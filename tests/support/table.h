@@ -6,9 +6,9 @@
 
 namespace ombe_test {
 
-/// Rows of a file in tests/tables. Tabs separate the cells; \n, \r, \t, \0 and \\ in a cell stand
-/// for those bytes. Empty lines and lines that begin with # are left out. Fails the test when there
-/// is no row.
+/// Rows of a file in tests/tables. Tabs separate the cells; \n, \r, \t, \0, \\ and \xHH in a cell
+/// stand for those bytes. Empty lines and lines that begin with # are left out. Fails the test when
+/// there is no row.
 std::vector<std::vector<std::string>> readTable(const std::string& name);
 
 }  // namespace ombe_test

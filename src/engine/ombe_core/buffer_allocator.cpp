@@ -7,7 +7,8 @@ namespace Ombe {
 // The offsets of a class with a table are conditionally supported; both compilers support them.
 #pragma GCC diagnostic ignored "-Winvalid-offsetof"
 struct BufferAllocatorLayout {
-  static_assert(offsetof(IBufferAllocator, reservedValue_) == sizeof(void*));
+  static_assert(offsetof(IBufferAllocator, reservedValue_) == sizeof(void*) &&
+                sizeof(IBufferAllocator) == 2 * sizeof(void*));
 };
 
 IBufferAllocator::~IBufferAllocator() = default;

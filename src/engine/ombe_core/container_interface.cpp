@@ -10,6 +10,7 @@ struct ContainerInterfaceLayout {
   static_assert(offsetof(ContainerInterface, host) == sizeof(void*));
   static_assert(offsetof(ContainerInterface, containerUID) == 2 * sizeof(void*));
   static_assert(offsetof(ContainerInterface, attachState) == 2 * sizeof(void*) + 8);
+  static_assert(sizeof(ContainerInterface) == 3 * sizeof(void*) + 8);
 };
 
 ContainerInterface::~ContainerInterface() = default;

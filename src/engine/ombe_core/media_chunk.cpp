@@ -11,7 +11,8 @@ struct MediaChunkLayout {
                 offsetof(MediaBuffer, chunkSize_) == 2 * sizeof(void*) + 4);
   static_assert(offsetof(MediaChunk, timestamp) == 2 * sizeof(void*) + 8 &&
                 offsetof(MediaChunk, duration) == 2 * sizeof(void*) + 12 &&
-                offsetof(MediaChunk, allocator_) == 2 * sizeof(void*) + 16);
+                offsetof(MediaChunk, allocator_) == 2 * sizeof(void*) + 16 &&
+                sizeof(MediaChunk) == 3 * sizeof(void*) + 16);
 };
 
 MediaChunk::MediaChunk(IBufferAllocator& allocator) : allocator_(&allocator) {}

@@ -2,6 +2,8 @@
 
 namespace Ombe {
 
+static_assert(sizeof(MediaSource) == sizeof(ByteString));
+
 MediaSource::MediaSource(ByteString uri) : uri_(std::move(uri)) {}
 
 MediaSource::~MediaSource() = default;

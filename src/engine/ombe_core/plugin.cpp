@@ -2,6 +2,14 @@
 
 namespace Ombe {
 
+// The offsets of a class with a table are conditionally supported; both compilers support them.
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+struct PluginLayout {
+  static_assert(offsetof(Plugin, context_) == sizeof(void*) &&
+                offsetof(Plugin, count_) == 2 * sizeof(void*) &&
+                sizeof(Plugin) == 3 * sizeof(void*));
+};
+
 Plugin::Plugin(PluginContext* context) : context_(context) {}
 
 Plugin::~Plugin() = default;

@@ -45,6 +45,8 @@ class OMBE_API Plugin {
  private:
   PluginContext* context_;
   std::atomic<std::int32_t> count_{1};
+
+  friend struct PluginLayout;
 };
 
 /// Name and type of the one symbol that a plug-in exports. The component in `*out` belongs to the
