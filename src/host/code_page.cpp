@@ -38,7 +38,11 @@ std::vector<std::string> likelyCodePages(std::string_view text) {
   std::vector<std::string> names;
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<UCharsetDetector, CloseDetector> detector(ucsdet_open(&status));
-  text = text.substr(0, kLookedAt);
+  if (text.size() > kLookedAt) {
+    // Whole lines, since half a character would speak against its code page.
+    const std::size_t lines = text.rfind('\n', kLookedAt - 1) + 1;
+    text = text.substr(0, lines != 0 ? lines : kLookedAt);
+  }
   ucsdet_setText(detector.get(), text.data(), static_cast<std::int32_t>(text.size()), &status);
   std::int32_t count = 0;
   const UCharsetMatch** matches = ucsdet_detectAll(detector.get(), &count, &status);

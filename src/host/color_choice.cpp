@@ -2,18 +2,9 @@
 
 #include <unistd.h>
 
-#include <cstdlib>
-#include <string_view>
+#include "host/environment.h"
 
 namespace Ombe {
-namespace {
-
-std::string_view environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string_view() : std::string_view(value);
-}
-
-}  // namespace
 
 bool wantsColor(ColorMode mode, int descriptor) {
   switch (mode) {

@@ -4,6 +4,7 @@
 
 #include "host/session.h"
 #include "host/settings.h"
+#include "host/subtitle_times.h"
 
 namespace Ombe {
 namespace {
@@ -49,10 +50,13 @@ FileInfo describeFile(Session& session) {
   std::uint64_t size = 0;
   if (container.getFileSize(&size) == kSuccess) info.size = size;
   describeSettings(session.controller(), info);
-  session.readToEnd([&info](const Chunk& chunk) {
+  const auto offset = static_cast<std::int32_t>(session.host().getTimeOffset());
+  session.readToEnd([&info, offset](const Chunk& chunk) {
+    const auto subtitle = timedSubtitle(chunk, offset);
+    if (!subtitle) return;
     ++info.subtitles;
-    if (!info.firstTime) info.firstTime = chunk.timestamp();
-    info.lastTime = chunk.timestamp() + chunk.duration();
+    if (!info.firstTime) info.firstTime = subtitle->timestamp;
+    info.lastTime = subtitle->timestamp + subtitle->duration;
   });
   return info;
 }

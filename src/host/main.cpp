@@ -1,4 +1,7 @@
 // The `ombe` program.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <exception>
 #include <new>
 
@@ -7,6 +10,16 @@
 #include "host/options.h"
 
 namespace {
+
+/// Takes the places of standard streams that are closed, which files would get when they are opened
+/// next. Using one fails as before: what is read is open for writing only, and the other way
+/// around.
+void occupyStandardStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(stream, F_GETFD) >= 0) continue;
+    static_cast<void>(::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+  }
+}
 
 Ombe::ExitCode run(int argc, char** argv) {
   Ombe::Options options;
@@ -18,6 +31,7 @@ Ombe::ExitCode run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  occupyStandardStreams();
   Ombe::ExitCode code = Ombe::ExitCode::kRefused;
   try {
     code = run(argc, argv);

@@ -2,12 +2,13 @@
 
 #include <CLI/CLI.hpp>
 #include <cmath>
-#include <iostream>
+#include <sstream>
 
 #include "host/commands/commands.h"
 #include "host/completion.h"
 #include "host/frame_rate.h"
 #include "host/messages.h"
+#include "host/output_file.h"
 #include "host/play/player.h"
 #include "host/play/time_text.h"
 #include "host/subtitle_writer.h"
@@ -155,6 +156,7 @@ void addCheck(CLI::App& app, Options& options) {
   addFile(command, options, true);
   command.add_option("--limit", options.limit, "Findings of a kind to show; 0 shows all")
       ->capture_default_str()
+      ->check(CLI::Range(0, 1000000000))
       ->type_name("N");
   command.add_flag("--json", options.json, "Write JSON");
   addColor(command, options);
@@ -210,7 +212,11 @@ std::optional<ExitCode> parseCommandLine(int argc, char** argv, Options& options
     return std::nullopt;
   } catch (const CLI::ParseError& end) {
     if (end.get_exit_code() == 0) {
-      app->exit(end, std::cout, std::cerr);
+      std::ostringstream text;
+      app->exit(end, text, text);
+      OutputFile output("-");
+      output.buffer() = std::move(text).str();
+      output.commit();
       return ExitCode::kDone;
     }
     reportError(std::string(end.what()) + "\nRun with --help for more information.");

@@ -27,12 +27,6 @@ struct BlindContext final : PluginContext {
   bool supportsFormat(String /*formatName*/) override { return false; }
 };
 
-ContainerInterface* containerOf(Plugin& plugin) {
-  void* found = nullptr;
-  if (plugin.getInterface(kContainerInterfaceId, &found) != kSuccess) return nullptr;
-  return static_cast<ContainerInterface*>(found);
-}
-
 }  // namespace
 
 PluginDescription describePlugin(const std::string& path, Plugin& plugin) {
@@ -46,7 +40,7 @@ PluginDescription describePlugin(const std::string& path, Plugin& plugin) {
       result.interfaces.emplace_back(identifier);
     }
   }
-  ContainerInterface* container = containerOf(plugin);
+  ContainerInterface* container = findInterface<ContainerInterface>(plugin, kContainerInterfaceId);
   const std::uint32_t types = container == nullptr ? 0 : container->mediaTypeCount();
   for (std::uint32_t i = 0; i < types; ++i) {
     result.mediaTypes.emplace_back(view(container->mediaTypeAt(i)), container->mediaTypeRankAt(i));
@@ -60,7 +54,7 @@ std::vector<std::string> neededFormats(const PluginLibrary& library, const std::
   HostController controller(settings);
   HostContainer host(controller);
   const PluginHandle plugin = library.create(context);
-  ContainerInterface* container = containerOf(*plugin);
+  ContainerInterface* container = findInterface<ContainerInterface>(*plugin, kContainerInterfaceId);
   std::vector<std::string> names;
   if (container == nullptr) return names;
   container->attach(&host, host.newUID());

@@ -15,6 +15,14 @@ struct ReleasePlugin {
 /// Holds one count of a component.
 using PluginHandle = std::unique_ptr<Plugin, ReleasePlugin>;
 
+/// The component's interface of that identifier, part of it; null when it offers none.
+template <typename Interface>
+Interface* findInterface(Plugin& plugin, const char* identifier) {
+  void* found = nullptr;
+  if (plugin.getInterface(identifier, &found) != kSuccess) return nullptr;
+  return static_cast<Interface*>(found);
+}
+
 /// Loads a plug-in binary and unloads it on destruction. Everything that came from the binary,
 /// streams and chunks included, has to be gone by then. Loading one binary several times is cheap;
 /// the objects may live on different threads.

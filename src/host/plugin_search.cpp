@@ -1,9 +1,9 @@
-#include <cstdlib>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
+#include "host/environment.h"
 #include "host/failure.h"
 #include "host/plugin_library.h"
 
@@ -14,11 +14,6 @@ namespace fs = std::filesystem;
 
 constexpr char kPluginFile[] = "microdvd.so";
 constexpr char kPluginFolder[] = "ombe";
-
-std::string_view environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string_view() : std::string_view(value);
-}
 
 /// A place is the binary itself or the folder that it is in.
 fs::path binaryAt(const fs::path& place) {

@@ -10,17 +10,6 @@
 #include "ombe_core/subtitle_control_interface.h"
 
 namespace Ombe {
-namespace {
-
-template <typename Interface>
-Interface* findInterface(Plugin& plugin, const char* identifier) {
-  void* found = nullptr;
-  if (plugin.getInterface(identifier, &found) != kSuccess) return nullptr;
-  return static_cast<Interface*>(found);
-}
-
-}  // namespace
-
 Session::Session(const SessionOptions& options)
     : options_(options),
       library_(findPlugin(options.plugin)),

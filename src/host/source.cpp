@@ -22,6 +22,9 @@ void requireReadable(const std::string& file) {
     error = std::make_error_code(std::errc::is_a_directory);
   }
   if (error) throw Failure(file, "read", "cannot be read: " + error.message());
+  if (!fs::is_regular_file(file)) {  // a plug-in reads it more than once
+    throw Failure(file, "read", "is not a regular file: pipe it in, with - as its name");
+  }
   if (!isUtf8(fs::absolute(file).string())) {
     throw Failure(file, "read",
                   "its path is not UTF-8, so no URI can name it: rename the file or folder");

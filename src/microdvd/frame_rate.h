@@ -1,6 +1,7 @@
 // Frame rates and the times that they give.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 
@@ -35,13 +36,16 @@ enum class HeaderClass { kNone, kInteger, kDecimal, kFraction };
 /// receives the index of the point or slash of a decimal or fraction.
 HeaderClass classifyHeader(char* text, std::size_t& separator);
 
+/// A header text is shorter than this, in bytes.
+inline constexpr std::size_t kHeaderLimit = 100;
+
 /// What came of a text that may be a header.
 struct HeaderReading {
   bool isHeader = false;          ///< the text is a number, usable or not
   std::optional<FrameRate> rate;  ///< as stated; may have a part that is 0
 };
 
-/// Classifies and reads a header text of at most 99 bytes, which is changed in place.
+/// Classifies and reads a header text, which is changed in place.
 HeaderReading readHeader(char* text);
 
 }  // namespace Ombe

@@ -12,8 +12,6 @@
 namespace Ombe {
 namespace {
 
-constexpr std::size_t kHeaderLimit = 100;  // a header text is shorter than this, in bytes
-
 /// The final text with a NUL behind it, for the log; the chunk's size does not count the NUL.
 OwnedChunk createEntry(IBufferAllocator& allocator, const StyledText& text) {
   const auto size = static_cast<std::uint32_t>(text.size());

@@ -1,9 +1,8 @@
 #include "host/check/examination.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
-#include <limits>
-#include <sstream>
 #include <utility>
 
 #include "host/check/foreign_format.h"
@@ -18,10 +17,18 @@ namespace {
 
 using Times = std::vector<std::pair<std::uint32_t, std::uint32_t>>;  // start and duration
 
-std::string contentOf(const std::string& path) {
-  std::ostringstream out;
-  out << std::ifstream(path, std::ios::binary).rdbuf();
-  return std::move(out).str();
+// What one read gives at most on Linux, and a plug-in reads a file with one.
+constexpr std::uintmax_t kLargestFile = 0x7FFFF000;
+// More of a file that is none is not looked at.
+constexpr std::uintmax_t kLargestForeign = std::uintmax_t{64} << 20;
+
+std::string startOf(const std::string& path, std::uintmax_t size) {
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  std::ifstream in(path, std::ios::binary);
+  if (!in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()))) {
+    throw Failure(path, "read", "could not be read to its end");
+  }
+  return bytes;
 }
 
 class Examination {
@@ -63,13 +70,14 @@ class Examination {
   }
 
   void explain(Session& session) {
-    const std::string bytes = contentOf(path_);
     checkName();
-    if (bytes.size() > std::numeric_limits<std::int32_t>::max()) {
-      return add("size", "is larger than the plug-in reads (2 GiB)");
-    }
+    const std::uintmax_t size = std::filesystem::file_size(path_);
+    const bool isForeign = report_.step == "probe";
+    if (size > kLargestFile) add("size", "is larger than the plug-in reads (2 GiB less 4 KiB)");
+    if (size > kLargestFile && !isForeign) return;
+    const std::string bytes = startOf(path_, isForeign ? std::min(size, kLargestForeign) : size);
     const std::string text = decoded(bytes, session.controller());
-    if (report_.step == "probe") {
+    if (isForeign) {
       explainUnrecognised(bytes, text);
     } else {
       explainLines(bytes, text);

@@ -7,8 +7,6 @@ namespace Ombe {
 
 const char* severityName(Severity severity) {
   switch (severity) {
-    case Severity::kNote:
-      return "note";
     case Severity::kWarning:
       return "warning";
     case Severity::kError:

@@ -10,7 +10,7 @@
 
 namespace Ombe {
 
-enum class Severity { kNote, kWarning, kError };
+enum class Severity { kWarning, kError };
 
 const char* severityName(Severity severity);
 

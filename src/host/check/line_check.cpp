@@ -12,8 +12,6 @@
 namespace Ombe {
 namespace {
 
-constexpr std::size_t kHeaderLimit = 100;  // a header text is shorter than this, in bytes
-
 /// Why a line was not understood; empty when there is nothing to add to that.
 std::string reasonOf(const char* line) {
   const std::size_t blanks = std::strspn(line, " \t\v\f");

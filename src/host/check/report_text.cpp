@@ -17,7 +17,7 @@ std::string shown(std::string_view text) {
 }
 
 std::string painted(std::string_view text, Severity severity, bool coloured) {
-  if (!coloured || severity == Severity::kNote) return std::string(text);
+  if (!coloured) return std::string(text);
   const char* color = severity == Severity::kError ? "31" : "33";
   return fmt::format("\x1B[1;{}m{}\x1B[0m", color, text);
 }

@@ -5,6 +5,7 @@
 #include "host/commands/commands.h"
 #include "host/file_info.h"
 #include "host/input_file.h"
+#include "host/input_name.h"
 #include "host/json_output.h"
 #include "host/number_text.h"
 #include "host/options.h"
@@ -88,14 +89,16 @@ void writeText(const std::string& file, const FileInfo& info, const PluginDescri
 }  // namespace
 
 ExitCode runInfo(const Options& options) {
-  const InputFile input(options.files.front());
   answer(options.json, [&](Json& document) {
+    const InputFile input(options.files.front());
     document["file"] = input.name();
     Session session(options.session);
     const PluginDescription plugin = describePlugin(session.library().path(), session.plugin());
     document["plugin"] = toJson(plugin);
-    session.open(input.path());
-    const FileInfo info = describeFile(session);
+    const FileInfo info = underItsName(input, [&] {
+      session.open(input.path());
+      return describeFile(session);
+    });
     document.update(toJson(info));
     if (!options.json) writeText(input.name(), info, plugin);
   });

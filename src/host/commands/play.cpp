@@ -1,12 +1,13 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <string_view>
 
 #include "host/code_page.h"
 #include "host/commands/commands.h"
+#include "host/environment.h"
 #include "host/input_file.h"
+#include "host/input_name.h"
 #include "host/messages.h"
 #include "host/options.h"
 #include "host/session.h"
@@ -14,11 +15,6 @@
 
 namespace Ombe {
 namespace {
-
-std::string_view environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? std::string_view() : std::string_view(value);
-}
 
 bool isScreen() {
   return ::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0 &&
@@ -45,7 +41,7 @@ int run(const Options& options) {
   const InputFile input(options.files.front());
   PlayOptions play = options.play;
   Session session(options.session);
-  session.open(input.path());
+  underItsName(input, [&] { session.open(input.path()); });
   if (!options.session.codePage) play.likelyCodePages = findLikelyCodePages(session);
   if (onTerminal) return playOnTerminal(session, play, depth);
   if (!play.likelyCodePages.empty()) {

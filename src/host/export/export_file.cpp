@@ -1,11 +1,12 @@
 #include "host/export/export_file.h"
 
 #include "host/check/text_encoding_check.h"
-#include "host/failure.h"
 #include "host/input_file.h"
+#include "host/input_name.h"
 #include "host/options.h"
 #include "host/output_file.h"
 #include "host/session.h"
+#include "host/subtitle_times.h"
 #include "host/subtitle_writer.h"
 #include "host/utf8_scan.h"
 
@@ -35,15 +36,17 @@ class GarbledTexts {
 };
 
 std::string exportSession(Session& session, const InputFile& input, const std::string& output,
-                          const std::string& format) {
+                          const Options& options) {
   session.open(input.path());
-  const std::unique_ptr<SubtitleWriter> writer = makeWriter(format);
+  const std::unique_ptr<SubtitleWriter> writer = makeWriter(options.format);
   OutputFile file(output);
   GarbledTexts garbled;
   writer->begin(file.buffer());
   session.readToEnd([&](const Chunk& chunk) {
-    garbled.look(chunk.text());
-    writer->append({chunk.timestamp(), chunk.duration(), chunk.text()}, file.buffer());
+    const auto subtitle = timedSubtitle(chunk, options.session.offsetMs);
+    if (!subtitle) return;
+    garbled.look(subtitle->text);
+    writer->append(*subtitle, file.buffer());
     file.drain();
   });
   writer->end(file.buffer());
@@ -57,12 +60,7 @@ std::string exportFile(const std::string& input, const std::string& output,
                        const Options& options) {
   const InputFile file(input);
   Session session(options.session);
-  try {
-    return exportSession(session, file, output, options.format);
-  } catch (const Failure& failure) {
-    if (failure.file() != file.path()) throw;
-    throw Failure(file.name(), failure.step(), failure.reason());
-  }
+  return underItsName(file, [&] { return exportSession(session, file, output, options); });
 }
 
 }  // namespace Ombe

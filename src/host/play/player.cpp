@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/failure.h"
+#include "host/subtitle_times.h"
 
 namespace Ombe {
 namespace {
@@ -89,9 +90,7 @@ std::uint32_t Player::entryTime(std::int64_t milliseconds) const {
 }
 
 Caption Player::makeCaption(const Chunk& chunk) const {
-  // The offset is taken out of the 32-bit sum and added again where the sum cannot wrap.
-  const std::int64_t own = chunk.timestamp() - static_cast<std::uint32_t>(offset_);
-  const std::int64_t start = static_cast<std::uint32_t>(own) + std::int64_t{offset_};
+  const std::int64_t start = unwrappedTime(chunk.timestamp(), offset_);
   const auto duration = static_cast<std::int32_t>(chunk.duration());
   return {start, start + (duration > 0 ? duration : kLeastShown), std::string(chunk.text())};
 }
