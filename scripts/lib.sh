@@ -75,7 +75,10 @@ need_packages() {
 lock_build() {
   mkdir -p "$root/build"
   exec 9>"$root/build/.lock"
-  flock 9
+  flock -n 9 || {
+    say 'waiting for the build or test that runs in build/'
+    flock 9
+  }
 }
 
 # Runs a build step, with its output in build/build.log, and shows that when the step fails. Says

@@ -22,7 +22,7 @@ constexpr Entry kEnvironment[] = {
      "plug-ins, or folders of them, separated by colons, where they are looked for before the "
      "user's plug-in folder ~/.local/lib/ombe and the one that was installed or built with ombe"},
     {"NO_COLOR", "when not empty, output is not coloured unless --color=always asks for it"},
-    {"TMPDIR", "folder for the copy of standard input; /tmp if not set"},
+    {"TMPDIR", "folder for the copy of standard input and the sample of inspect; /tmp if not set"},
 };
 
 /// Backslashes, dashes and quotes as troff shows them; no line begins with a control character.

@@ -1,7 +1,5 @@
 #include "microdvd/frame_rate.h"
 
-#include <cstring>
-
 #include "microdvd/number_scan.h"
 
 namespace Ombe {

@@ -1,7 +1,6 @@
 #include "stream/entry_search.h"
 
 #include <algorithm>
-#include <iterator>
 
 // Ends are in no order, and after a change of rate starts that wrapped may not be either, so each
 // search looks at the entries one by one.

@@ -5,7 +5,6 @@
 #include <boost/url/grammar/ci_string.hpp>
 #include <boost/url/parse.hpp>
 #include <boost/url/rfc/pchars.hpp>
-#include <cstring>
 #include <string>
 #include <string_view>
 

@@ -1,7 +1,5 @@
 #include <fmt/format.h>
 
-#include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "host/commands/commands.h"
