@@ -1,12 +1,18 @@
 // Why a file will or will not play, WebVTT, exports of many files, and what describes the program.
 #include <gmock/gmock.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <thread>
 
 #include "host/check/examination.h"
 #include "host/code_page.h"
 #include "host/command_description.h"
 #include "host/completion.h"
 #include "host/frame_rate.h"
+#include "host/input_file.h"
 #include "host/man_page.h"
+#include "host/output_file.h"
 #include "host/subtitle_writer.h"
 #include "support/run_program.h"
 #include "support/table.h"
@@ -105,6 +111,32 @@ TEST(Export, WritesManyFilesAndKeepsWhatWouldCollide) {
   EXPECT_THAT(names, testing::UnorderedElementsAre("a.vtt", "a.txt.vtt", "a.sub.vtt", "stdin.vtt"));
   EXPECT_EQ(runShell(folder, program + "a.sub more").exitCode, 2);
   EXPECT_EQ(runShell(folder, program + "-o a.sub/out/ more").exitCode, 1);
+}
+
+TEST(TemporaryFiles, AreGoneWhicheverSignalEndsTheirThreads) {
+  const TempFile target("", "a");
+  const fs::path folder = fs::path(target.path()).parent_path();
+  const auto run = [&](int signal) {
+    const rlimit noCore{};
+    ::setrlimit(RLIMIT_CORE, &noCore);
+    std::signal(signal, SIG_DFL);
+    ::setenv("TMPDIR", folder.c_str(), 1);
+    const InputFile copy = InputFile::holding("a");
+    std::atomic<int> made{0};
+    std::vector<std::thread> threads(4);
+    for (auto& thread : threads) {
+      thread = std::thread([&] {
+        for (;; ++made) const OutputFile output(target.path());
+      });
+    }
+    while (made < 50) std::this_thread::yield();
+    std::raise(signal);
+    ::_exit(1);
+  };
+  for (int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGXCPU, SIGXFSZ}) {
+    for (int i = 0; i < 5; ++i) EXPECT_EXIT(run(signal), testing::KilledBySignal(signal), "");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << signal;
+  }
 }
 
 TEST(Descriptions, NameEveryCommandAndOption) {

@@ -50,7 +50,7 @@ InputFile::InputFile(std::string_view content, Holding /*tag*/) : name_("tempora
 }
 
 InputFile::~InputFile() {
-  if (guard_ != nullptr) ::unlink(path_.c_str());
+  if (guard_) ::unlink(path_.c_str());
 }
 
 template <typename Fill>
@@ -59,10 +59,15 @@ void InputFile::makeTemporary(const Fill& fill) {
   const char* folder = std::getenv("TMPDIR");
   path_ = std::string(folder == nullptr || *folder == '\0' ? "/tmp" : folder) + "/ombe-XXXXXX";
   path_ += kEnding;
-  const int file = ::mkostemps(path_.data(), sizeof kEnding - 1, O_CLOEXEC);
-  int error = file < 0 ? errno : 0;
+  int file = -1;
+  int error = 0;
+  {
+    const TemporaryFileMaking making;
+    file = ::mkostemps(path_.data(), sizeof kEnding - 1, O_CLOEXEC);
+    if (file < 0) error = errno;
+    if (file >= 0) guard_.emplace(path_);
+  }
   if (file >= 0) {
-    guard_ = std::make_unique<TemporaryFileGuard>(path_);
     error = fill(file);
     if (::close(file) != 0 && error == 0) error = errno;
   }

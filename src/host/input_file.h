@@ -1,7 +1,7 @@
 // A source as it is named on the command line.
 #pragma once
 
-#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -34,7 +34,7 @@ class InputFile {
 
   std::string name_;
   std::string path_;
-  std::unique_ptr<TemporaryFileGuard> guard_;
+  std::optional<TemporaryFileGuard> guard_;
 };
 
 }  // namespace Ombe

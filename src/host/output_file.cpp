@@ -15,6 +15,21 @@
 
 namespace Ombe {
 namespace fs = std::filesystem;
+namespace {
+
+/// Where links lead that end at no file yet.
+std::string behindLinks(fs::path path) {
+  constexpr int kMost = 40;  // as the system follows; links may change meanwhile
+  for (int count = 0; count < kMost; ++count) {
+    std::error_code error;
+    const fs::path next = fs::read_symlink(path, error);
+    if (error) break;
+    path = path.parent_path() / next;
+  }
+  return path.string();
+}
+
+}  // namespace
 
 OutputFile::OutputFile(const std::string& path, Text text)
     : text_(text), path_(path), target_(path) {
@@ -24,7 +39,9 @@ OutputFile::OutputFile(const std::string& path, Text text)
     path_ = "standard output";
     descriptor_ = STDOUT_FILENO;
   } else if (::stat(path.c_str(), &existing) != 0) {
-    openTemporary();
+    if (errno != ENOENT) fail(errno);
+    target_ = behindLinks(path);
+    openTemporary(0666);
   } else if (!S_ISREG(existing.st_mode)) {
     descriptor_ = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
     if (descriptor_ < 0) fail(errno);
@@ -34,8 +51,9 @@ OutputFile::OutputFile(const std::string& path, Text text)
     std::error_code error;
     target_ = fs::canonical(path, error).string();
     if (error) fail(error.value());
-    openTemporary();
-    if (::fchmod(descriptor_, existing.st_mode & 07777U) != 0) fail(errno);
+    openTemporary(existing.st_mode & 0777U);
+    // A file system without permissions refuses; the file is no more open than it was then.
+    static_cast<void>(::fchmod(descriptor_, existing.st_mode & 07777U));
   }
 }
 
@@ -53,15 +71,17 @@ void OutputFile::commit() {
   guard_.reset();
 }
 
-void OutputFile::openTemporary() {
+void OutputFile::openTemporary(mode_t permissions) {
   static std::atomic<unsigned> count{0};
   const fs::path folder = fs::path(target_).parent_path();
   do {
     const std::string name = ".ombe-" + std::to_string(::getpid()) + "-" + std::to_string(++count);
     const std::string path = (folder / name).string();
-    guard_ = std::make_unique<TemporaryFileGuard>(path);
-    descriptor_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (descriptor_ >= 0) temporary_ = path;
+    const TemporaryFileMaking making;
+    descriptor_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions);
+    if (descriptor_ < 0) continue;
+    temporary_ = path;
+    guard_.emplace(path);
   } while (descriptor_ < 0 && errno == EEXIST);
   if (descriptor_ < 0) fail(errno);
 }

@@ -1,7 +1,9 @@
 // Where a command's data goes.
 #pragma once
 
-#include <memory>
+#include <sys/types.h>
+
+#include <optional>
 #include <string>
 
 #include "host/temporary_files.h"
@@ -37,16 +39,16 @@ class OutputFile {
  private:
   static constexpr std::size_t kWriteSize = std::size_t{1} << 20;
 
-  void openTemporary();
+  void openTemporary(mode_t permissions);
   void flush();
   void close();
   [[noreturn]] void fail(int error) const;
 
   Text text_;
   std::string path_;    // as given, for messages
-  std::string target_;  // behind links; of a file that gets replaced
+  std::string target_;  // behind links; of a file that gets made or replaced
   std::string temporary_;
-  std::unique_ptr<TemporaryFileGuard> guard_;
+  std::optional<TemporaryFileGuard> guard_;
   std::string buffer_;
   int descriptor_ = -1;
 };
