@@ -29,7 +29,11 @@ class Batch {
     jobs = std::clamp<std::size_t>(jobs, 1, std::max<std::size_t>(items_.size(), 1));
     {
       std::vector<std::jthread> threads;
-      while (threads.size() + 1 < jobs) threads.emplace_back([this] { work(); });
+      try {
+        while (threads.size() + 1 < jobs) threads.emplace_back([this] { work(); });
+      } catch (const std::exception&) {
+        // Those there are, at least this one, do all the work.
+      }
       work();
     }
     if (showsProgress_) write("\r\x1B[K");
@@ -43,6 +47,7 @@ class Batch {
 
   void exportItem(const ExportItem& item) {
     try {
+      if (!item.trouble.empty()) throw Failure(item.input, "read", item.trouble);
       const std::filesystem::path folder = std::filesystem::path(item.output).parent_path();
       std::error_code error;  // what stands in the way is told when the file cannot be written
       if (!folder.empty()) std::filesystem::create_directories(folder, error);

@@ -4,8 +4,7 @@
 #include <filesystem>
 #include <set>
 #include <system_error>
-
-#include "host/failure.h"
+#include <utility>
 
 namespace Ombe {
 namespace {
@@ -17,19 +16,43 @@ bool isFolder(const fs::path& path) {
   return fs::is_directory(path, ignored);
 }
 
-std::vector<fs::path> subtitleFilesIn(const fs::path& folder) {
-  std::vector<fs::path> files;
+struct Found {
+  fs::path path;
+  std::string trouble;  // of a folder that cannot be read
+};
+
+void search(const fs::path& folder, std::vector<fs::path>& folders, std::vector<Found>& found) {
   std::error_code error;
-  fs::recursive_directory_iterator at(folder, error);
-  for (const fs::recursive_directory_iterator end; !error && at != end; at.increment(error)) {
+  fs::directory_iterator at(folder, error);
+  for (const fs::directory_iterator end; !error && at != end; at.increment(error)) {
     const fs::path extension = at->path().extension();
     std::error_code ignored;
-    const bool isSubtitle = extension == ".sub" || extension == ".txt";
-    if (isSubtitle && at->is_regular_file(ignored)) files.push_back(at->path());
+    if (at->is_directory(ignored) && !at->is_symlink(ignored)) {
+      folders.push_back(at->path());
+    } else if ((extension == ".sub" || extension == ".txt") && at->is_regular_file(ignored)) {
+      found.push_back({at->path(), ""});
+    }
   }
-  if (error) throw Failure(folder.string(), "read", "cannot be read: " + error.message());
-  std::sort(files.begin(), files.end());
-  return files;
+  if (error) found.push_back({folder, "cannot be read: " + error.message()});
+}
+
+std::vector<Found> searchBelow(const fs::path& folder) {
+  std::vector<Found> found;
+  for (std::vector<fs::path> folders{folder}; !folders.empty();) {
+    const fs::path next = std::move(folders.back());
+    folders.pop_back();
+    search(next, folders, found);
+  }
+  std::sort(found.begin(), found.end(),
+            [](const Found& left, const Found& right) { return left.path < right.path; });
+  return found;
+}
+
+/// The same for every name of one file.
+fs::path identityOf(const fs::path& input) {
+  std::error_code error;
+  const fs::path path = fs::weakly_canonical(input, error);
+  return error ? fs::absolute(input, error).lexically_normal() : path;
 }
 
 class Planner {
@@ -38,9 +61,13 @@ class Planner {
       : folder_(std::move(folder)), ending_(std::move(ending)) {}
 
   void add(const fs::path& input, const fs::path& name, bool isFound) {
-    std::error_code ignored;
-    if (!inputs_.insert(fs::weakly_canonical(input, ignored)).second) return;
-    plan_.push_back({input.string(), outputFor(name).string(), isFound});
+    if (!inputs_.insert(identityOf(input)).second) return;
+    plan_.push_back({input.string(), outputFor(name).string(), isFound, ""});
+  }
+
+  void addTrouble(const fs::path& folder, const std::string& trouble) {
+    if (!inputs_.insert(identityOf(folder)).second) return;
+    plan_.push_back({folder.string(), "", true, trouble});
   }
 
   std::vector<ExportItem> plan() { return std::move(plan_); }
@@ -79,8 +106,12 @@ std::vector<ExportItem> planExport(const std::vector<std::string>& inputs,
     } else if (!isFolder(input)) {
       planner.add(input, fs::path(input).filename(), false);
     } else {
-      for (const fs::path& file : subtitleFilesIn(input)) {
-        planner.add(file, file.lexically_relative(input), true);
+      for (const auto& [path, trouble] : searchBelow(input)) {
+        if (trouble.empty()) {
+          planner.add(path, path.lexically_relative(input), true);
+        } else {
+          planner.addTrouble(path, trouble);
+        }
       }
     }
   }
