@@ -8,29 +8,19 @@
 #include <cstdlib>
 #include <system_error>
 
+#include "host/descriptor_io.h"
 #include "host/failure.h"
 
 namespace Ombe {
 namespace {
 
 /// An error number, 0 for success.
-int writeAll(int file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(file, bytes.data(), bytes.size());
-    if (written < 0 && errno != EINTR) return errno;
-    if (written > 0) bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return 0;
-}
-
 int copyStandardInput(int file) {
   std::array<char, 65536> block{};
   for (;;) {
-    const ssize_t got = ::read(STDIN_FILENO, block.data(), block.size());
-    if (got == 0) return 0;
-    if (got < 0 && errno != EINTR) return errno;
-    if (got < 0) continue;
-    const int error = writeAll(file, {block.data(), static_cast<std::size_t>(got)});
+    const ssize_t got = readBytes(STDIN_FILENO, block.data(), block.size());
+    if (got <= 0) return got == 0 ? 0 : errno;
+    const int error = writeBytes(file, {block.data(), static_cast<std::size_t>(got)});
     if (error != 0) return error;
   }
 }
@@ -46,7 +36,7 @@ InputFile::InputFile(const std::string& name) : name_(name), path_(name) {
 InputFile InputFile::holding(std::string_view content) { return {content, Holding{}}; }
 
 InputFile::InputFile(std::string_view content, Holding /*tag*/) : name_("temporary file") {
-  makeTemporary([content](int file) { return writeAll(file, content); });
+  makeTemporary([content](int file) { return writeBytes(file, content); });
 }
 
 InputFile::~InputFile() {

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/descriptor_io.h"
 #include "host/failure.h"
 #include "host/visible_text.h"
 
@@ -88,12 +89,7 @@ void OutputFile::openTemporary(mode_t permissions) {
 
 void OutputFile::flush() {
   if (text_ == Text::kAsItCame && ::isatty(descriptor_) != 0) buffer_ = visibleText(buffer_);
-  std::size_t done = 0;
-  while (done < buffer_.size()) {
-    const ssize_t written = ::write(descriptor_, buffer_.data() + done, buffer_.size() - done);
-    if (written < 0 && errno != EINTR) fail(errno);
-    if (written > 0) done += static_cast<std::size_t>(written);
-  }
+  if (const int error = writeBytes(descriptor_, buffer_); error != 0) fail(error);
   buffer_.clear();
 }
 

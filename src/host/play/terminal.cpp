@@ -6,6 +6,7 @@
 
 #include <cerrno>
 
+#include "host/descriptor_io.h"
 #include "host/failure.h"
 
 namespace Ombe {
@@ -19,13 +20,9 @@ constexpr std::string_view kLeave = "\x1B[0m\x1B[?7h\x1B[?25h\x1B[?1049l";
 }  // namespace
 
 void writeAll(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = ::write(descriptor, text.data(), text.size());
-    if (written < 0 && errno != EINTR) {
-      throw Failure(ExitCode::kRefused, "standard output: cannot be written: " +
-                                            std::generic_category().message(errno));
-    }
-    if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
+  if (const int error = writeBytes(descriptor, text); error != 0) {
+    throw Failure(ExitCode::kRefused,
+                  "standard output: cannot be written: " + std::generic_category().message(error));
   }
 }
 

@@ -1,0 +1,18 @@
+// Reading and writing whatever a descriptor is, blocking or not.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string_view>
+
+namespace Ombe {
+
+/// Writes all of it, and waits where a descriptor that does not block takes no more for now. The
+/// error number, 0 for success. One thread at a time for each descriptor.
+[[nodiscard]] int writeBytes(int descriptor, std::string_view bytes);
+
+/// As read(2), but waits for data, or the end, where a descriptor that does not block has none yet,
+/// and goes on after a signal.
+[[nodiscard]] ssize_t readBytes(int descriptor, char* buffer, std::size_t size);
+
+}  // namespace Ombe
