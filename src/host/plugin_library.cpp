@@ -9,8 +9,8 @@
 namespace Ombe {
 namespace {
 
-/// One at a time, so that whoever loads a binary that another thread loads finds it initialised. The
-/// loader sees to that as well, but no tool that looks for races knows.
+/// One at a time, so that whoever loads a binary that another thread loads finds it initialised.
+/// The loader sees to that as well, but no tool that looks for races knows.
 void* load(const std::string& path) {
   static std::mutex loading;
   const std::lock_guard lock(loading);
@@ -21,8 +21,7 @@ void* load(const std::string& path) {
 
 void PluginLibrary::Unload::operator()(void* handle) const { ::dlclose(handle); }
 
-PluginLibrary::PluginLibrary(const std::string& path)
-    : path_(path), handle_(load(path)) {
+PluginLibrary::PluginLibrary(const std::string& path) : path_(path), handle_(load(path)) {
   if (handle_ == nullptr) {
     const char* reason = ::dlerror();
     throw Failure(ExitCode::kNoPlugin, "cannot load the plug-in: " +
