@@ -68,6 +68,14 @@ TEST(CodePages, AreGuessedForTheSamples) {
   EXPECT_EQ(likelyCodePages(contentOf(OMBE_SAMPLES_DIR "/windows-1250.sub")).at(0), "windows-1250");
   EXPECT_EQ(likelyCodePages(contentOf(OMBE_SAMPLES_DIR "/cyrillic-windows-1251.sub")).at(0),
             "windows-1251");
+  for (const std::size_t before : {0U, 1U}) {  // no end of the sample may halve a character
+    std::string japanese(before, '\n');
+    while (japanese.size() < 70000)
+      japanese +=
+          "\x93\xFA\x96\x7B\x8C\xEA\x82\xCC\x8E\x9A\x96\x8B\x82\xC5\x82\xB7\x81\x42\x82\xC6\x82\xC4"
+          "\x82\xE0\x92\xB7\x82\xA2\n";
+    EXPECT_EQ(likelyCodePages(japanese).at(0), "Shift_JIS");
+  }
   EXPECT_EQ(CodePageReader("windows-1251").read("\xCF\xF0"), "Пр");
   EXPECT_EQ(CodePageReader("Shift_JIS").read("\x83"), std::nullopt);
 }
