@@ -21,9 +21,9 @@ class TemporaryFileGuard {
   std::atomic<const char*>* slot_ = nullptr;
 };
 
-/// Lives while a thread makes a temporary file and its guard: a signal that ends
-/// the process waits that long (a second at most), and once one has come the constructor does not
-/// return. Keep it short; not to be nested.
+/// Lives while a thread makes a temporary file and its guard: a signal that ends the process waits
+/// that long (a second at most), and once one has come the constructor does not return. Keep it
+/// short; not to be nested.
 class TemporaryFileMaking {
  public:
   TemporaryFileMaking();
