@@ -22,7 +22,7 @@
 #include <vector>
 
 #include "floor.h"
-#include "host/session.h"
+#include "host/session/session.h"
 #include "ombe_core/media_source.h"
 
 namespace {

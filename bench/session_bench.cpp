@@ -6,7 +6,7 @@
 #include <fstream>
 #include <string>
 
-#include "host/session.h"
+#include "host/session/session.h"
 #include "ombe_core/media_source.h"
 #include "subtitles.h"
 

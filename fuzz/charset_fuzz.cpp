@@ -1,6 +1,6 @@
 // From bytes to UTF-8: signatures, conversions, the check on the result; and from a URI to a path.
-#include "host/host_controller.h"
-#include "host/settings.h"
+#include "host/session/host_controller.h"
+#include "host/session/settings.h"
 #include "ombe_core/status.h"
 #include "ombe_core/string_tools.h"
 #include "support.h"

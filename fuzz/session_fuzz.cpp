@@ -5,11 +5,11 @@
 #include <filesystem>
 #include <fstream>
 
-#include "host/chunk.h"
-#include "host/host_container.h"
-#include "host/host_context.h"
-#include "host/playback_clock.h"
-#include "host/settings.h"
+#include "host/session/chunk.h"
+#include "host/session/host_container.h"
+#include "host/session/host_context.h"
+#include "host/session/playback_clock.h"
+#include "host/session/settings.h"
 #include "ombe_core/container_interface.h"
 #include "ombe_core/logger.h"
 #include "ombe_core/media_source.h"

@@ -6,14 +6,14 @@
 #include <thread>
 
 #include "host/check/examination.h"
-#include "host/code_page.h"
-#include "host/command_description.h"
-#include "host/completion.h"
-#include "host/frame_rate.h"
-#include "host/input_file.h"
-#include "host/man_page.h"
-#include "host/output_file.h"
-#include "host/subtitle_writer.h"
+#include "host/cli/command_description.h"
+#include "host/cli/completion.h"
+#include "host/cli/man_page.h"
+#include "host/io/input_file.h"
+#include "host/io/output_file.h"
+#include "host/session/frame_rate.h"
+#include "host/text/code_page.h"
+#include "host/writers/subtitle_writer.h"
 #include "support/run_program.h"
 #include "support/table.h"
 

@@ -4,12 +4,12 @@
 #include <csignal>
 #include <thread>
 
-#include "host/failure.h"
-#include "host/frame_rate.h"
-#include "host/output_file.h"
-#include "host/session.h"
-#include "host/settings.h"
-#include "host/subtitle_writer.h"
+#include "host/io/failure.h"
+#include "host/io/output_file.h"
+#include "host/session/frame_rate.h"
+#include "host/session/session.h"
+#include "host/session/settings.h"
+#include "host/writers/subtitle_writer.h"
 #include "support/run_program.h"
 #include "support/table.h"
 

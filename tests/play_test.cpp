@@ -8,9 +8,9 @@
 
 #include "host/play/controls.h"
 #include "host/play/text_width.h"
-#include "host/play/time_text.h"
-#include "host/settings.h"
-#include "host/visible_text.h"
+#include "host/session/settings.h"
+#include "host/text/time_text.h"
+#include "host/text/visible_text.h"
 #include "support/run_program.h"
 
 namespace ombe_test {

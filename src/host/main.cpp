@@ -5,9 +5,9 @@
 #include <exception>
 #include <new>
 
-#include "host/failure.h"
-#include "host/messages.h"
-#include "host/options.h"
+#include "host/cli/options.h"
+#include "host/io/failure.h"
+#include "host/io/messages.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 
 #include "host/check/foreign_format.h"
 #include "host/check/line_walker.h"
-#include "host/code_page.h"
-#include "host/failure.h"
-#include "host/settings.h"
-#include "host/source.h"
+#include "host/io/failure.h"
+#include "host/session/settings.h"
+#include "host/session/source.h"
+#include "host/text/code_page.h"
 
 namespace Ombe {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "host/check/findings.h"
 #include "host/check/line_check.h"
-#include "host/session.h"
+#include "host/session/session.h"
 
 namespace Ombe {
 

@@ -1,7 +1,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/check/report_writer.h"
-#include "host/json_output.h"
+#include "host/io/json_output.h"
 
 namespace Ombe {
 namespace {

@@ -1,8 +1,8 @@
 #include <fmt/format.h>
 
 #include "host/check/report_writer.h"
-#include "host/utf8_scan.h"
-#include "host/visible_text.h"
+#include "host/text/utf8_scan.h"
+#include "host/text/visible_text.h"
 
 namespace Ombe {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "host/utf8_scan.h"
+#include "host/text/utf8_scan.h"
 
 namespace Ombe {
 namespace {

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "host/check/findings.h"
-#include "host/code_page.h"
+#include "host/text/code_page.h"
 
 namespace Ombe {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "host/number_text.h"
+#include "host/text/number_text.h"
 
 namespace Ombe {
 namespace {

@@ -3,12 +3,12 @@
 #include <nlohmann/json.hpp>
 
 #include "host/check/report_writer.h"
-#include "host/color_choice.h"
+#include "host/cli/options.h"
 #include "host/commands/commands.h"
-#include "host/input_file.h"
-#include "host/json_output.h"
-#include "host/options.h"
-#include "host/output_file.h"
+#include "host/io/color_choice.h"
+#include "host/io/input_file.h"
+#include "host/io/json_output.h"
+#include "host/io/output_file.h"
 
 namespace Ombe {
 namespace {

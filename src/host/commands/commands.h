@@ -1,7 +1,7 @@
 // The commands of the program, one file each.
 #pragma once
 
-#include "host/failure.h"
+#include "host/io/failure.h"
 
 namespace Ombe {
 

@@ -1,10 +1,10 @@
 // Commands that describe the command line itself.
-#include "host/command_description.h"
+#include "host/cli/command_description.h"
+#include "host/cli/completion.h"
+#include "host/cli/man_page.h"
+#include "host/cli/options.h"
 #include "host/commands/commands.h"
-#include "host/completion.h"
-#include "host/man_page.h"
-#include "host/options.h"
-#include "host/output_file.h"
+#include "host/io/output_file.h"
 
 namespace Ombe {
 namespace {

@@ -1,8 +1,8 @@
+#include "host/cli/options.h"
 #include "host/commands/commands.h"
 #include "host/export/export_batch.h"
 #include "host/export/export_file.h"
-#include "host/messages.h"
-#include "host/options.h"
+#include "host/io/messages.h"
 
 namespace Ombe {
 

@@ -2,16 +2,16 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/cli/options.h"
 #include "host/commands/commands.h"
-#include "host/file_info.h"
-#include "host/input_file.h"
-#include "host/input_name.h"
-#include "host/json_output.h"
-#include "host/number_text.h"
-#include "host/options.h"
-#include "host/output_file.h"
-#include "host/plugin_description.h"
-#include "host/session.h"
+#include "host/commands/file_info.h"
+#include "host/io/input_file.h"
+#include "host/io/input_name.h"
+#include "host/io/json_output.h"
+#include "host/io/output_file.h"
+#include "host/session/plugin_description.h"
+#include "host/session/session.h"
+#include "host/text/number_text.h"
 
 namespace Ombe {
 namespace {

@@ -2,14 +2,14 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/cli/options.h"
 #include "host/commands/commands.h"
-#include "host/host_context.h"
-#include "host/input_file.h"
-#include "host/json_output.h"
-#include "host/options.h"
-#include "host/output_file.h"
-#include "host/plugin_description.h"
-#include "host/plugin_library.h"
+#include "host/io/input_file.h"
+#include "host/io/json_output.h"
+#include "host/io/output_file.h"
+#include "host/session/host_context.h"
+#include "host/session/plugin_description.h"
+#include "host/session/plugin_library.h"
 
 namespace Ombe {
 namespace {

@@ -3,15 +3,15 @@
 #include <csignal>
 #include <string_view>
 
-#include "host/code_page.h"
+#include "host/cli/options.h"
 #include "host/commands/commands.h"
-#include "host/environment.h"
-#include "host/input_file.h"
-#include "host/input_name.h"
-#include "host/messages.h"
-#include "host/options.h"
-#include "host/session.h"
-#include "host/utf8_scan.h"
+#include "host/io/environment.h"
+#include "host/io/input_file.h"
+#include "host/io/input_name.h"
+#include "host/io/messages.h"
+#include "host/session/session.h"
+#include "host/text/code_page.h"
+#include "host/text/utf8_scan.h"
 
 namespace Ombe {
 namespace {

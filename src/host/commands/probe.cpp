@@ -1,9 +1,9 @@
+#include "host/cli/options.h"
 #include "host/commands/commands.h"
-#include "host/input_file.h"
-#include "host/messages.h"
-#include "host/options.h"
-#include "host/output_file.h"
-#include "host/session.h"
+#include "host/io/input_file.h"
+#include "host/io/messages.h"
+#include "host/io/output_file.h"
+#include "host/session/session.h"
 
 namespace Ombe {
 namespace {

@@ -11,10 +11,10 @@
 #include <system_error>
 #include <thread>
 
+#include "host/cli/options.h"
 #include "host/export/export_file.h"
-#include "host/messages.h"
-#include "host/options.h"
-#include "host/visible_text.h"
+#include "host/io/messages.h"
+#include "host/text/visible_text.h"
 
 namespace Ombe {
 namespace {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "host/export/export_plan.h"
-#include "host/failure.h"
+#include "host/io/failure.h"
 
 namespace Ombe {
 

@@ -1,14 +1,14 @@
 #include "host/export/export_file.h"
 
 #include "host/check/text_encoding_check.h"
-#include "host/input_file.h"
-#include "host/input_name.h"
-#include "host/options.h"
-#include "host/output_file.h"
-#include "host/session.h"
-#include "host/subtitle_times.h"
-#include "host/subtitle_writer.h"
-#include "host/utf8_scan.h"
+#include "host/cli/options.h"
+#include "host/io/input_file.h"
+#include "host/io/input_name.h"
+#include "host/io/output_file.h"
+#include "host/session/session.h"
+#include "host/text/utf8_scan.h"
+#include "host/writers/subtitle_times.h"
+#include "host/writers/subtitle_writer.h"
 
 namespace Ombe {
 namespace {

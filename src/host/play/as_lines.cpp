@@ -4,10 +4,10 @@
 #include <chrono>
 #include <thread>
 
-#include "host/number_text.h"
 #include "host/play/performance.h"
 #include "host/play/player.h"
 #include "host/play/terminal.h"
+#include "host/text/number_text.h"
 
 namespace Ombe {
 namespace {

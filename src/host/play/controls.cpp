@@ -6,10 +6,10 @@
 #include <iterator>
 #include <limits>
 
-#include "host/number_text.h"
-#include "host/play/time_text.h"
-#include "host/utf8_scan.h"
-#include "host/visible_text.h"
+#include "host/text/number_text.h"
+#include "host/text/time_text.h"
+#include "host/text/utf8_scan.h"
+#include "host/text/visible_text.h"
 
 namespace Ombe {
 namespace {

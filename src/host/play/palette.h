@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/play/markup.h"
+#include "host/text/markup.h"
 
 namespace Ombe {
 

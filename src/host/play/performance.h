@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/play/palette.h"
-#include "host/session.h"
+#include "host/session/session.h"
 
 namespace Ombe {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "host/failure.h"
-#include "host/subtitle_times.h"
+#include "host/io/failure.h"
+#include "host/writers/subtitle_times.h"
 
 namespace Ombe {
 namespace {

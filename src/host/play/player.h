@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "host/session.h"
+#include "host/session/session.h"
 
 namespace Ombe {
 

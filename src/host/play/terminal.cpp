@@ -6,8 +6,8 @@
 
 #include <cerrno>
 
-#include "host/descriptor_io.h"
-#include "host/failure.h"
+#include "host/io/descriptor_io.h"
+#include "host/io/failure.h"
 
 namespace Ombe {
 namespace {

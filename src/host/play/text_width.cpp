@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "host/utf8_scan.h"
+#include "host/text/utf8_scan.h"
 
 namespace Ombe {
 namespace {

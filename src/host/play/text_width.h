@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "host/play/markup.h"
+#include "host/text/markup.h"
 
 namespace Ombe {
 

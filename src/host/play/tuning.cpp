@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/settings.h"
+#include "host/session/settings.h"
 
 namespace Ombe {
 namespace {

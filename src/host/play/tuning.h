@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/host_controller.h"
+#include "host/session/host_controller.h"
 
 namespace Ombe {
 

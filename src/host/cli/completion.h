@@ -1,0 +1,17 @@
+// Scripts by which shells complete the command line.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/cli/command_description.h"
+
+namespace Ombe {
+
+/// For "bash", "zsh" or "fish"; empty for any other. Pure.
+std::string completionScript(std::string_view shell,
+                             const std::vector<CommandDescription>& commands);
+std::vector<std::string> completionShells();
+
+}  // namespace Ombe

@@ -1,0 +1,49 @@
+#include "host/session/host_container.h"
+
+namespace Ombe {
+
+HostContainer::HostContainer(HostController& controller) : controller_(controller) {}
+
+HostContainer::~HostContainer() = default;
+
+StreamInterface* HostContainer::selectedStream() const {
+  const auto found = streams_.find(selected_);
+  return found == streams_.end() ? nullptr : found->second.get();
+}
+
+bool HostContainer::getValue(const Setting& setting, SettingValue& out) {
+  return controller_.getValue(setting, out);
+}
+
+void HostContainer::setValue(const Setting& setting, const SettingValue& value) {
+  controller_.setValue(setting, value);
+}
+
+UID HostContainer::newUID() {
+  static std::atomic<UID> next{1};
+  return next.fetch_add(1, std::memory_order_relaxed);
+}
+
+String HostContainer::preferredLanguage() { return language_.c_str(); }
+
+Status HostContainer::announceStream(StreamInterface* stream) {
+  if (stream == nullptr) return kGeneralFailure;
+  // The slot is made first: when that fails the stream is not ours yet.
+  std::unique_ptr<StreamInterface>& slot = streams_[stream->streamUID()];
+  if (slot.get() == stream) return kSuccess;
+  slot.reset(stream);
+  stream->setStreamNumber(static_cast<std::int32_t>(streams_.size()) - 1);
+  return kSuccess;
+}
+
+Status HostContainer::withdrawStream(UID stream) {
+  return streams_.erase(stream) == 0 ? kGeneralFailure : kSuccess;
+}
+
+Status HostContainer::selectStream(UID stream, std::int32_t /*flag*/) {
+  if (!streams_.contains(stream)) return kGeneralFailure;
+  selected_ = stream;
+  return kSuccess;
+}
+
+}  // namespace Ombe

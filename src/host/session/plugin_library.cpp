@@ -1,0 +1,46 @@
+#include "host/session/plugin_library.h"
+
+#include <dlfcn.h>
+
+#include <mutex>
+
+#include "host/io/failure.h"
+
+namespace Ombe {
+namespace {
+
+/// One at a time, so that whoever loads a binary that another thread loads finds it initialised.
+/// The loader sees to that as well, but no tool that looks for races knows.
+void* load(const std::string& path) {
+  static std::mutex loading;
+  const std::lock_guard lock(loading);
+  return ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+}
+
+}  // namespace
+
+void PluginLibrary::Unload::operator()(void* handle) const { ::dlclose(handle); }
+
+PluginLibrary::PluginLibrary(const std::string& path) : path_(path), handle_(load(path)) {
+  if (handle_ == nullptr) {
+    const char* reason = ::dlerror();
+    throw Failure(ExitCode::kNoPlugin, "cannot load the plug-in: " +
+                                           std::string(reason == nullptr ? path.c_str() : reason));
+  }
+  entryPoint_ = reinterpret_cast<EntryPoint>(::dlsym(handle_.get(), kEntryPointName));
+  if (entryPoint_ == nullptr) {
+    throw Failure(ExitCode::kNoPlugin, path + ": not a plug-in: it exports no " + kEntryPointName);
+  }
+}
+
+PluginHandle PluginLibrary::create(PluginContext& context) const {
+  Plugin* plugin = nullptr;
+  const Status status = entryPoint_(&context, &plugin);
+  PluginHandle handle(plugin);
+  if (status != kSuccess || handle == nullptr) {
+    throw Failure(ExitCode::kNoPlugin, path_ + ": the plug-in made no component");
+  }
+  return handle;
+}
+
+}  // namespace Ombe

@@ -1,0 +1,104 @@
+#include "host/session/session.h"
+
+#include <exception>
+
+#include "host/io/failure.h"
+#include "host/session/settings.h"
+#include "host/session/source.h"
+#include "host/text/code_page.h"
+#include "ombe_core/media_source.h"
+#include "ombe_core/subtitle_control_interface.h"
+
+namespace Ombe {
+Session::Session(const SessionOptions& options)
+    : options_(options),
+      library_(findPlugin(options.plugin)),
+      controller_(settings_),
+      host_(controller_),
+      plugin_(library_.create(context_)) {
+  container_ = findInterface<ContainerInterface>(*plugin_, kContainerInterfaceId);
+  if (container_ == nullptr) {
+    throw Failure(ExitCode::kNoPlugin, library_.path() + ": the plug-in offers no container");
+  }
+  host_.setPreferredLanguage(options_.language);
+  host_.setTimeOffset(options_.offsetMs);
+  if (options_.frameRate) {
+    controller_.setValue(frameRateSetting(), SettingValue::ratio(*options_.frameRate));
+  }
+  if (options_.codePage) {
+    controller_.setValue(codePageSetting(),
+                         SettingValue::string(new String(options_.codePage->c_str())));
+  }
+  container_->attach(&host_, host_.newUID());
+  auto* control = findInterface<SubtitleControlInterface>(*plugin_, kSubtitleControlInterfaceId);
+  if (control != nullptr) control->setSubtitleController(&controller_);
+}
+
+Session::~Session() {
+  if (!opened_) return;
+  try {
+    container_->deactivate(false);
+  } catch (const std::exception&) {
+    // Out of memory while letting go: the component takes what is left with it.
+  }
+}
+
+bool Session::probe(const std::string& file) {
+  check(file);
+  return container_->probe(MediaSource(toByteString(sourceUri(file))), 0, 0, nullptr);
+}
+
+void Session::open(const std::string& file) {
+  if (!probe(file)) {
+    throw Failure(file, "probe", "not recognised: its first line does not read {first}{last}text");
+  }
+  if (container_->open(MediaSource(toByteString(sourceUri(file)))) != kSuccess) {
+    throw Failure(
+        file, "open",
+        "could not be opened: its name must end in .sub or .txt, and every line must read "
+        "{first}{last}text; ombe check says what is wrong");
+  }
+  file_ = file;
+  opened_ = true;
+  activate();
+}
+
+void Session::activate() {
+  const UIDList programs = container_->getProgramUIDs();
+  if (programs.head() == nullptr ||
+      container_->activateProgram(programs.head()->value) != kSuccess) {
+    throw Failure(file_, "activate", "its program could not be activated");
+  }
+  stream_ = host_.selectedStream();
+  if (stream_ == nullptr) throw Failure(file_, "activate", "the plug-in selected no stream of it");
+  if (stream_->setTimeSource(&clock_) != kSuccess) {
+    throw Failure(file_, "activate", "its stream takes no clock");
+  }
+}
+
+Status Session::read(Chunk& out) {
+  MediaChunk* chunk = nullptr;
+  const Status status = stream_->readStream(&chunk);
+  out = Chunk(chunk);
+  return status;
+}
+
+void Session::readToEnd(const std::function<void(const Chunk&)>& take) {
+  clock_.set(PlaybackClock::kEnd);
+  for (;;) {
+    Chunk chunk;
+    // The clock stands still: what is not due now never will be, so asking again is no use.
+    if (read(chunk) != kSuccess) throw Failure(file_, "deliver", "reading stopped before the end");
+    if (!chunk) return;
+    take(chunk);
+  }
+}
+
+void Session::check(const std::string& file) const {
+  requireReadable(file);
+  if (options_.codePage && !isKnownCodePage(*options_.codePage)) {
+    throw Failure(file, "convert", "unknown code page '" + *options_.codePage + "'");
+  }
+}
+
+}  // namespace Ombe

@@ -1,0 +1,61 @@
+#include "host/writers/jsonl_writer.h"
+
+#include "host/text/number_text.h"
+#include "host/text/utf8_scan.h"
+
+namespace Ombe {
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+
+bool standsForItself(char byte) {
+  const auto value = static_cast<unsigned char>(byte);
+  return value >= 0x20 && value < 0x80 && byte != '"' && byte != '\\';
+}
+
+void appendEscape(std::string& out, char byte) {
+  constexpr std::string_view kEscaped = "\"\\\b\f\n\r\t";
+  constexpr std::string_view kLetters = "\"\\bfnrt";
+  constexpr char kHex[] = "0123456789abcdef";
+  out += '\\';
+  if (const std::size_t at = kEscaped.find(byte); at != std::string_view::npos) {
+    out += kLetters[at];
+    return;
+  }
+  out.append("u00");
+  out += kHex[static_cast<unsigned char>(byte) >> 4];
+  out += kHex[static_cast<unsigned char>(byte) & 0xF];
+}
+
+void appendText(std::string& out, std::string_view text) {
+  while (!text.empty()) {
+    std::size_t plain = 0;
+    while (plain < text.size() && standsForItself(text[plain])) ++plain;
+    out.append(text.substr(0, plain));
+    text.remove_prefix(plain);
+    if (text.empty()) return;
+    const Utf8Piece piece = nextUtf8Piece(text);
+    if (!piece.wellFormed) {
+      out.append(kReplacement);
+    } else if (piece.length == 1) {
+      appendEscape(out, text[0]);
+    } else {
+      out.append(text.substr(0, piece.length));
+    }
+    text.remove_prefix(piece.length);
+  }
+}
+
+}  // namespace
+
+void JsonlWriter::append(const Subtitle& subtitle, std::string& out) {
+  out.append("{\"timestamp\": ");
+  appendNumber(out, subtitle.timestamp);
+  out.append(", \"duration\": ");
+  appendNumber(out, subtitle.duration);
+  out.append(", \"text\": \"");
+  appendText(out, subtitle.text);
+  out.append("\"}\n");
+}
+
+}  // namespace Ombe
