@@ -10,10 +10,10 @@ namespace {
 constexpr std::size_t kShown = 120;  // bytes of a line
 
 std::string shown(std::string_view text) {
-  if (text.size() <= kShown) return visibleText(text);
+  if (text.size() <= kShown) return visibleLine(text);
   std::size_t end = 0;
   while (end < kShown) end += nextUtf8Piece(text.substr(end)).length;
-  return visibleText(text.substr(0, end)) + "…";
+  return visibleLine(text.substr(0, end)) + "…";
 }
 
 std::string painted(std::string_view text, Severity severity, bool coloured) {
@@ -45,7 +45,7 @@ void appendFinding(std::string& out, const std::string& file, const Finding& fin
   if (finding.severity != Severity::kError) {
     out += painted(severityName(finding.severity), finding.severity, coloured) + ": ";
   }
-  out += finding.message;
+  out += visibleLine(finding.message);
   if (!finding.text.empty()) out += ": " + shown(finding.text);
   out += '\n';
 }
@@ -53,7 +53,7 @@ void appendFinding(std::string& out, const std::string& file, const Finding& fin
 }  // namespace
 
 void appendText(std::string& out, const CheckReport& report, bool coloured) {
-  const std::string file = visibleText(report.file);
+  const std::string file = visibleLine(report.file);
   if (report.opens) {
     out += fmt::format("{}: opens: {} subtitles, {}, {}\n", file, report.subtitles,
                        rateText(report.rate), codePageText(report));

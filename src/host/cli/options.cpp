@@ -219,7 +219,7 @@ std::optional<ExitCode> parseCommandLine(int argc, char** argv, Options& options
       output.commit();
       return ExitCode::kDone;
     }
-    reportError(std::string(end.what()) + "\nRun with --help for more information.");
+    reportError(end.what(), "Run with --help for more information.");
     return ExitCode::kWrongUsage;
   }
 }

@@ -4,6 +4,7 @@
 #include "host/io/messages.h"
 #include "host/io/output_file.h"
 #include "host/session/session.h"
+#include "host/text/visible_text.h"
 
 namespace Ombe {
 namespace {
@@ -26,7 +27,9 @@ ExitCode runProbe(const Options& options) {
   OutputFile output("-");
   for (const std::string& file : options.files) {
     const bool recognised = isRecognised(file, options.session);
-    output.buffer().append(file).append(recognised ? ": MicroDVD\n" : ": not recognised\n");
+    output.buffer()
+        .append(visibleLine(file))
+        .append(recognised ? ": MicroDVD\n" : ": not recognised\n");
     output.drain();
     if (!recognised) code = ExitCode::kRefused;
   }

@@ -78,7 +78,7 @@ class Batch {
     ++done_;
     if (!showsProgress_) return;
     write("\r\x1B[K[" + std::to_string(done_) + "/" + std::to_string(items_.size()) + "] " +
-          visibleText(std::filesystem::path(file).filename().string()));
+          visibleLine(std::filesystem::path(file).filename().string()));
   }
 
   static void write(const std::string& text) {

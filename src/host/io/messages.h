@@ -5,10 +5,11 @@
 
 namespace Ombe {
 
-/// Writes "ombe: MESSAGE" as one line. Any thread.
-void reportError(std::string_view message);
+/// Writes "ombe: MESSAGE" as one line, made visible, and the advice, a literal, as another. Any
+/// thread.
+void reportError(std::string_view message, std::string_view advice = {});
 
-/// Sends the log records of the whole process to standard error, one line each:
+/// Sends the log records of the whole process to standard error, one visible line each:
 /// "channel function:line text".
 void logToStandardError();
 

@@ -8,6 +8,7 @@
 #include "host/session/host_container.h"
 #include "host/session/plugin_library.h"
 #include "host/session/source.h"
+#include "host/text/visible_text.h"
 #include "ombe_core/component_identifiers.h"
 #include "ombe_core/container_interface.h"
 #include "ombe_core/media_source.h"
@@ -67,7 +68,7 @@ std::vector<std::string> neededFormats(const PluginLibrary& library, const std::
 }
 
 void appendRow(std::string& out, const char* name, const std::string& value) {
-  out += fmt::format("{:<14}{}\n", fmt::format("{}:", name), value);
+  out += fmt::format("{:<14}{}\n", fmt::format("{}:", name), visibleLine(value));
 }
 
 void appendText(std::string& out, const PluginDescription& plugin) {

@@ -25,7 +25,7 @@ PluginDescription describePlugin(const std::string& path, Plugin& plugin);
 /// shows none; empty when it does not recognise the file. Throws Failure.
 std::vector<std::string> neededFormats(const PluginLibrary& library, const std::string& file);
 
-/// Rows for people: a name, a colon, a value.
+/// Rows for people: a name, a colon, a value made visible.
 void appendRow(std::string& out, const char* name, const std::string& value);
 void appendText(std::string& out, const PluginDescription& plugin);
 nlohmann::ordered_json toJson(const PluginDescription& plugin);

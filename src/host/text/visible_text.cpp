@@ -1,5 +1,9 @@
 #include "host/text/visible_text.h"
 
+#include <unicode/utf8.h>
+
+#include <cstdint>
+
 #include "host/text/utf8_scan.h"
 
 namespace Ombe {
@@ -7,7 +11,7 @@ namespace {
 
 constexpr std::string_view kReplacement = "\uFFFD";
 
-bool isPlain(char c) { return (c >= ' ' && c <= '~') || c == '\n' || c == '\t'; }
+bool isControl(char c) { return static_cast<unsigned char>(c) < ' ' || c == 0x7F; }
 
 void appendControlPicture(std::string& out, char control) {
   constexpr char kDelete = 0x7F;
@@ -15,48 +19,53 @@ void appendControlPicture(std::string& out, char control) {
   out += control == kDelete ? '\xA1' : static_cast<char>(0x80 + control);
 }
 
-/// How a character of several bytes that acts instead of showing is written; empty for all others.
-std::string_view escapeOf(std::string_view character) {
-  if (character == "\u202D") return "\\u202D";
-  if (character == "\u202E") return "\\u202E";
-  return {};
+/// Characters of several bytes that act instead of showing: C1 controls, marks, embeddings and
+/// isolates of the writing direction, separators of lines and paragraphs.
+bool acts(std::uint32_t code) {
+  return (code >= 0x80 && code < 0xA0) || code == 0x061C || code == 0x200E || code == 0x200F ||
+         (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
 }
 
-bool isC1(std::string_view character) {
-  return character.size() == 2 && character[0] == '\xC2' &&
-         static_cast<unsigned char>(character[1]) < 0xA0;
+void appendEscape(std::string& out, std::uint32_t code) {
+  out += "\\u";
+  for (int shift = 12; shift >= 0; shift -= 4) out += "0123456789ABCDEF"[code >> shift & 0xF];
 }
 
-void appendC1(std::string& out, std::string_view character) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
-  const auto code = static_cast<unsigned char>(character[1]);
-  out.append("\\u00") += kDigits[code >> 4];
-  out += kDigits[code & 0xF];
+void appendCharacter(std::string& out, std::string_view character) {
+  UChar32 code = 0;
+  std::size_t at = 0;
+  U8_NEXT_UNSAFE(character.data(), at, code);
+  if (acts(static_cast<std::uint32_t>(code)))
+    return appendEscape(out, static_cast<std::uint32_t>(code));
+  out += character;
 }
 
-}  // namespace
-
-void appendVisible(std::string& out, std::string_view text) {
+void append(std::string& out, std::string_view text, std::string_view kept) {
   while (!text.empty()) {
     const Utf8Piece piece = nextUtf8Piece(text);
     const std::string_view character = text.substr(0, piece.length);
     text.remove_prefix(piece.length);
     if (!piece.wellFormed) {
       out += kReplacement;
-    } else if (piece.length == 1 && !isPlain(character[0])) {
+    } else if (isControl(character[0]) && kept.find(character[0]) == std::string_view::npos) {
       appendControlPicture(out, character[0]);
-    } else if (isC1(character)) {
-      appendC1(out, character);
     } else {
-      const std::string_view escape = escapeOf(character);
-      out += escape.empty() ? character : escape;
+      appendCharacter(out, character);
     }
   }
 }
 
+}  // namespace
+
 std::string visibleText(std::string_view text) {
   std::string out;
-  appendVisible(out, text);
+  append(out, text, "\n\t");
+  return out;
+}
+
+std::string visibleLine(std::string_view text) {
+  std::string out;
+  append(out, text, "\t");
   return out;
 }
 
