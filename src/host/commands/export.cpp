@@ -2,18 +2,20 @@
 #include "host/commands/commands.h"
 #include "host/export/export_batch.h"
 #include "host/export/export_file.h"
+#include "host/export/export_options.h"
 #include "host/io/messages.h"
 
 namespace Ombe {
 
-ExitCode runExport(const Options& options) {
-  if (isBatch(options.files, options.output)) {
+ExitCode runExport(const Options& all) {
+  const ExportOptions options{all.session, all.format, all.output, all.jobs};
+  if (isBatch(all.files, options.output)) {
     if (options.output == "-") {
       throw Failure(ExitCode::kWrongUsage, "several files need a folder to go to: add -o DIR");
     }
-    return exportBatch(planExport(options.files, options.output, options.format), options);
+    return exportBatch(planExport(all.files, options.output, options.format), options);
   }
-  const std::string remark = exportFile(options.files.front(), options.output, options);
+  const std::string remark = exportFile(all.files.front(), options.output, options);
   if (!remark.empty()) reportError(remark);
   return ExitCode::kDone;
 }

@@ -11,8 +11,8 @@
 #include <system_error>
 #include <thread>
 
-#include "host/cli/options.h"
 #include "host/export/export_file.h"
+#include "host/export/export_options.h"
 #include "host/io/messages.h"
 #include "host/text/visible_text.h"
 
@@ -21,7 +21,7 @@ namespace {
 
 class Batch {
  public:
-  Batch(const std::vector<ExportItem>& items, const Options& options)
+  Batch(const std::vector<ExportItem>& items, const ExportOptions& options)
       : items_(items), options_(options), showsProgress_(::isatty(STDERR_FILENO) != 0) {}
 
   ExitCode run() {
@@ -99,7 +99,7 @@ class Batch {
   }
 
   const std::vector<ExportItem>& items_;
-  const Options& options_;
+  const ExportOptions& options_;
   const bool showsProgress_;
   std::atomic<std::size_t> next_{0};
   std::mutex mutex_;  // guards what follows
@@ -113,7 +113,7 @@ class Batch {
 
 }  // namespace
 
-ExitCode exportBatch(const std::vector<ExportItem>& items, const Options& options) {
+ExitCode exportBatch(const std::vector<ExportItem>& items, const ExportOptions& options) {
   return Batch(items, options).run();
 }
 

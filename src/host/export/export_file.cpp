@@ -1,7 +1,7 @@
 #include "host/export/export_file.h"
 
 #include "host/check/text_encoding_check.h"
-#include "host/cli/options.h"
+#include "host/export/export_options.h"
 #include "host/io/input_file.h"
 #include "host/io/input_name.h"
 #include "host/io/output_file.h"
@@ -36,7 +36,7 @@ class GarbledTexts {
 };
 
 std::string exportSession(Session& session, const InputFile& input, const std::string& output,
-                          const Options& options) {
+                          const ExportOptions& options) {
   session.open(input.path());
   const std::unique_ptr<SubtitleWriter> writer = makeWriter(options.format);
   OutputFile file(output);
@@ -57,7 +57,7 @@ std::string exportSession(Session& session, const InputFile& input, const std::s
 }  // namespace
 
 std::string exportFile(const std::string& input, const std::string& output,
-                       const Options& options) {
+                       const ExportOptions& options) {
   const InputFile file(input);
   Session session(options.session);
   return underItsName(file, [&] { return exportSession(session, file, output, options); });
