@@ -11,9 +11,8 @@
 #include "host/cli/man_page.h"
 #include "host/io/input_file.h"
 #include "host/io/output_file.h"
-#include "host/session/frame_rate.h"
 #include "host/text/code_page.h"
-#include "host/writers/subtitle_writer.h"
+#include "host/text/number_text.h"
 #include "support/run_program.h"
 #include "support/table.h"
 
@@ -78,22 +77,6 @@ TEST(CodePages, AreGuessedForTheSamples) {
   }
   EXPECT_EQ(CodePageReader("windows-1251").read("\xCF\xF0"), "Пр");
   EXPECT_EQ(CodePageReader("Shift_JIS").read("\x83"), std::nullopt);
-}
-
-TEST(WebVtt, EscapesTextsAndCollectsColours) {
-  const auto writer = makeWriter("vtt");
-  std::string out;
-  const auto add = [&](const char* text) { writer->append({1000, 500, text}, out); };
-  add("<b><i>a & b</i></B>\n \n--> <x> </i>");
-  add("<font color=\"#FF00aa\">x\ny</font>");
-  add("<font color=\"red\">z</font><font color=\"#0G0000\">\xE9");
-  add("");
-  EXPECT_EQ(out, "");
-  writer->end(out);
-  const std::string time = "00:00:01.000 --> 00:00:01.500\n";
-  EXPECT_EQ(out, "WEBVTT\n\nSTYLE\n::cue(.cff00aa) { color: #ff00aa; }\n\n" + time +
-                     "<b><i>a &amp; b</i></b>\n--&gt; &lt;x&gt; &lt;/i&gt;\n\n" + time +
-                     "<c.cff00aa>x\ny</c>\n\n" + time + "<c>z</c><c>\uFFFD\n\n" + time + "\n");
 }
 
 TEST(Export, WritesManyFilesAndKeepsWhatWouldCollide) {

@@ -18,7 +18,7 @@ room(host/text engine)
 room(host/io host/text engine)
 room(host/session host/text host/io engine)
 room(host/writers host/session host/text host/io engine)
-room(host/play host/session host/text host/io host/writers/subtitle_times.h engine)
+room(host/play host/session host/text host/io engine)
 room(host/check host/session host/text host/io engine microdvd/line_scan.h microdvd/text_tokenizer.h
   microdvd/frame_rate.h microdvd/style_codes.h)
 room(host/export host/writers host/session host/text host/io host/check engine)

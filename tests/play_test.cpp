@@ -9,7 +9,7 @@
 #include "host/play/controls.h"
 #include "host/play/text_width.h"
 #include "host/session/settings.h"
-#include "host/text/time_text.h"
+#include "host/text/number_text.h"
 #include "host/text/visible_text.h"
 #include "support/run_program.h"
 
@@ -28,7 +28,7 @@ std::string describe(const std::vector<StyledLine>& lines) {
     if (&line != lines.data()) out += "/";
     for (const auto& [style, text] : line) {
       char colour[16] = "";
-      if (style.colour) std::snprintf(colour, sizeof colour, "#%06x", *style.colour);
+      if (style.color) std::snprintf(colour, sizeof colour, "#%06x", *style.color);
       out += std::string("[") + (style.bold ? "b" : "") + (style.italic ? "i" : "") + colour;
       out += ":" + text + "]";
     }
@@ -64,12 +64,12 @@ TEST(Width, CountsCellsAndBreaksBetweenWords) {
 
 TEST(Colours, AreTheNearestThatTheTerminalHas) {
   std::string out;
-  for (const ColourDepth depth :
-       {terminalColourDepth("", "xterm-direct"), terminalColourDepth("", "xterm-256color"),
-        terminalColourDepth("", "linux"), ColourDepth::kNoColour, ColourDepth::kNoStyle}) {
+  for (const ColorDepth depth :
+       {terminalColorDepth("", "xterm-direct"), terminalColorDepth("", "xterm-256color"),
+        terminalColorDepth("", "linux"), ColorDepth::kNoColor, ColorDepth::kNoStyle}) {
     appendStyled(out, {{true, false, 0x00CC64}, "x"}, depth);
   }
-  appendStyled(out, {{false, false, 0x808081}, "y"}, ColourDepth::k256);
+  appendStyled(out, {{false, false, 0x808081}, "y"}, ColorDepth::k256);
   EXPECT_EQ(out,
             "\x1B[0;3;38;2;0;204;100mx\x1B[0m\x1B[0;3;38;5;41mx\x1B[0m\x1B[0;3;32mx\x1B[0m"
             "\x1B[0;3mx\x1B[0mx\x1B[0;38;5;244my\x1B[0m");
@@ -79,11 +79,11 @@ TEST(Screen, StacksSubtitlesMessageAndStatusFromTheBottom) {
   const Frame frame{parseMarkup("ab\n<b><i>cd"), "hint", "status too long"};
   const std::string low = ";1H\x1B[Khint\x1B[";
   const std::string status = ";1H\x1B[K\x1B[7mstatus\x1B[0m";
-  EXPECT_EQ(drawFrame(frame, {6, 6}, ColourDepth::kTrue),
+  EXPECT_EQ(drawFrame(frame, {6, 6}, ColorDepth::kTrue),
             "\x1B[1;1H\x1B[K\x1B[2;1H\x1B[K  ab\x1B[3;1H\x1B[K  \x1B[0;1;3mcd\x1B[0m"
             "\x1B[4;1H\x1B[K\x1B[5" +
                 low + "6" + status);
-  EXPECT_EQ(drawFrame(frame, {2, 6}, ColourDepth::kTrue), "\x1B[1" + low + "2" + status);
+  EXPECT_EQ(drawFrame(frame, {2, 6}, ColorDepth::kTrue), "\x1B[1" + low + "2" + status);
 }
 
 TEST(Time, IsReadAsPeopleTypeIt) {
@@ -159,7 +159,7 @@ TEST(Playing, IsControlledByKeys) {
   session.open(movie.path());
   Player player(session);
   Tuning tuning(session.controller(), {"IBM852"});
-  Controls controls(player, tuning);
+  Controls controls(player, tuning, ColorOrder::kBgr);
   const std::array<const char*, 3> cases[] = {
       {" ", " paused 00:00:00.000  1x  next 00:00:01.000  file's rate  no code page", ""},
       {"g1:3x\xC5\xBC\177\x1B[3~5\r", " 00:01:35.000  ", "not UTF-8: c tries IBM852"},

@@ -6,8 +6,8 @@
 #include <sstream>
 #include <thread>
 
-#include "host/session/frame_rate.h"
 #include "host/session/settings.h"
+#include "host/text/number_text.h"
 #include "support/run_program.h"
 
 namespace ombe_test {

@@ -9,8 +9,7 @@
 #include "host/io/messages.h"
 #include "host/io/output_file.h"
 #include "host/play/player.h"
-#include "host/session/frame_rate.h"
-#include "host/text/time_text.h"
+#include "host/text/number_text.h"
 #include "host/writers/subtitle_writer.h"
 
 namespace Ombe {
@@ -77,6 +76,18 @@ void addInfo(CLI::App& app, Options& options) {
   addSourceOptions(command, options);
 }
 
+void addColorOrder(CLI::App& command, ColorOrder& order) {
+  const auto store = [&order](const std::string& text) {
+    order = text == "bgr" ? ColorOrder::kBgr : ColorOrder::kRgb;
+  };
+  command
+      .add_option_function<std::string>("--color-order", store,
+                                        "How colours in the file are meant: rgb, as the engine "
+                                        "shows them, or bgr, as many players of the format do")
+      ->check(CLI::IsMember({"rgb", "bgr"}))
+      ->type_name("ORDER");
+}
+
 void addExport(CLI::App& app, Options& options) {
   CLI::App& command =
       addCommand(app, options, "export", "Write subtitles in another format", runExport,
@@ -86,7 +97,7 @@ void addExport(CLI::App& app, Options& options) {
       .add_option("FILE", options.files, "Subtitle files and folders of them; - is standard input")
       ->required()
       ->type_name("");
-  command.add_option("-f,--format", options.format, "Format to write")
+  command.add_option("-f,--format", options.writer.format, "Format to write")
       ->check(CLI::IsMember(writerNames()))
       ->capture_default_str()
       ->type_name("FORMAT");
@@ -98,6 +109,10 @@ void addExport(CLI::App& app, Options& options) {
   command.add_option("-j,--jobs", options.jobs, "Files to write at once")
       ->check(CLI::Range(1, 64))
       ->type_name("N");
+  command.add_flag("--vtt-style", options.writer.vttStyle,
+                   "Write colours that are none of WebVTT's eight in a style block, with which "
+                   "ffmpeg 5.1 and mpv 0.35 read no subtitle at all");
+  addColorOrder(command, options.writer.colorOrder);
   addSourceOptions(command, options);
 }
 
@@ -146,6 +161,7 @@ void addPlay(CLI::App& app, Options& options) {
       "--no-interactive", [&options] { options.play.interactive = false; },
       "Print lines, without keys");
   addColor(command, options);
+  addColorOrder(command, options.play.colorOrder);
   addSourceOptions(command, options);
 }
 

@@ -8,8 +8,9 @@
 
 #include "host/io/color_choice.h"
 #include "host/io/failure.h"
-#include "host/play/performance.h"
+#include "host/play/play.h"
 #include "host/session/session.h"
+#include "host/writers/subtitle_writer.h"
 
 namespace CLI {
 class App;
@@ -21,7 +22,7 @@ struct Options {
   SessionOptions session;
   bool log = false;
   std::vector<std::string> files;
-  std::string format = "srt";
+  WriterOptions writer;
   std::string output = "-";
   std::size_t jobs = 0;    ///< threads; 0 for as many as there are processors
   std::size_t limit = 20;  ///< findings of a kind to show; 0 for all

@@ -8,15 +8,16 @@
 namespace Ombe {
 
 ExitCode runExport(const Options& all) {
-  const ExportOptions options{all.session, all.format, all.output, all.jobs};
+  const ExportOptions options{all.session, all.writer, all.output, all.jobs};
   if (isBatch(all.files, options.output)) {
     if (options.output == "-") {
       throw Failure(ExitCode::kWrongUsage, "several files need a folder to go to: add -o DIR");
     }
-    return exportBatch(planExport(all.files, options.output, options.format), options);
+    return exportBatch(planExport(all.files, options.output, options.writer.format), options);
   }
-  const std::string remark = exportFile(all.files.front(), options.output, options);
-  if (!remark.empty()) reportError(remark);
+  for (const std::string& remark : exportFile(all.files.front(), options.output, options)) {
+    reportError(remark);
+  }
   return ExitCode::kDone;
 }
 

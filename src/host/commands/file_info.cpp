@@ -4,7 +4,7 @@
 
 #include "host/session/session.h"
 #include "host/session/settings.h"
-#include "host/writers/subtitle_times.h"
+#include "host/session/subtitle.h"
 
 namespace Ombe {
 namespace {
@@ -56,7 +56,7 @@ FileInfo describeFile(Session& session) {
     if (!subtitle) return;
     ++info.subtitles;
     if (!info.firstTime) info.firstTime = subtitle->timestamp;
-    info.lastTime = subtitle->timestamp + subtitle->duration;
+    info.lastTime = subtitle->end();
   });
   return info;
 }

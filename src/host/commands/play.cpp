@@ -34,9 +34,9 @@ std::vector<std::string> findLikelyCodePages(Session& session) {
 /// The signal that ended it, or 0. Everything is let go of on return.
 int run(const Options& options) {
   const bool onTerminal = options.play.interactive && isScreen();
-  ColourDepth depth = onTerminal ? ColourDepth::kNoColour : ColourDepth::kNoStyle;
+  ColorDepth depth = onTerminal ? ColorDepth::kNoColor : ColorDepth::kNoStyle;
   if (wantsColor(options.color, STDOUT_FILENO)) {
-    depth = terminalColourDepth(environment("COLORTERM"), environment("TERM"));
+    depth = terminalColorDepth(environment("COLORTERM"), environment("TERM"));
   }
   const InputFile input(options.files.front());
   PlayOptions play = options.play;

@@ -51,10 +51,10 @@ class Batch {
       const std::filesystem::path folder = std::filesystem::path(item.output).parent_path();
       std::error_code error;  // what stands in the way is told when the file cannot be written
       if (!folder.empty()) std::filesystem::create_directories(folder, error);
-      const std::string remark = exportFile(item.input, item.output, options_);
+      const std::vector<std::string> remarks = exportFile(item.input, item.output, options_);
       const std::lock_guard lock(mutex_);
       ++written_;
-      if (!remark.empty()) remarks_.push_back(remark);
+      remarks_.insert(remarks_.end(), remarks.begin(), remarks.end());
     } catch (const Failure& failure) {
       // A folder of films holds other texts as well.
       const bool isOther = item.isFound && item.input.ends_with(".txt") &&

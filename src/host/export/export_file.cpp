@@ -6,8 +6,8 @@
 #include "host/io/input_name.h"
 #include "host/io/output_file.h"
 #include "host/session/session.h"
+#include "host/session/subtitle.h"
 #include "host/text/utf8_scan.h"
-#include "host/writers/subtitle_times.h"
 #include "host/writers/subtitle_writer.h"
 
 namespace Ombe {
@@ -22,10 +22,10 @@ class GarbledTexts {
     if (sample_.size() < kSampleSize) sample_.append(text).append("\n");
   }
 
-  [[nodiscard]] std::string remark(const std::string& file) const {
-    if (count_ == 0) return {};
-    return file + ": " + std::to_string(count_) +
-           " of its texts are not UTF-8: " + codePageAdvice(sample_);
+  void remark(std::vector<std::string>& remarks) const {
+    if (count_ == 0) return;
+    remarks.push_back(std::to_string(count_) +
+                      " of its texts are not UTF-8: " + codePageAdvice(sample_));
   }
 
  private:
@@ -35,10 +35,10 @@ class GarbledTexts {
   std::string sample_;
 };
 
-std::string exportSession(Session& session, const InputFile& input, const std::string& output,
-                          const ExportOptions& options) {
+std::vector<std::string> exportSession(Session& session, const InputFile& input,
+                                       const std::string& output, const ExportOptions& options) {
   session.open(input.path());
-  const std::unique_ptr<SubtitleWriter> writer = makeWriter(options.format);
+  const std::unique_ptr<SubtitleWriter> writer = makeWriter(options.writer);
   OutputFile file(output);
   GarbledTexts garbled;
   writer->begin(file.buffer());
@@ -51,13 +51,16 @@ std::string exportSession(Session& session, const InputFile& input, const std::s
   });
   writer->end(file.buffer());
   file.commit();
-  return garbled.remark(input.name());
+  std::vector<std::string> remarks = writer->remarks();
+  garbled.remark(remarks);
+  for (std::string& remark : remarks) remark.insert(0, input.name() + ": ");
+  return remarks;
 }
 
 }  // namespace
 
-std::string exportFile(const std::string& input, const std::string& output,
-                       const ExportOptions& options) {
+std::vector<std::string> exportFile(const std::string& input, const std::string& output,
+                                    const ExportOptions& options) {
   const InputFile file(input);
   Session session(options.session);
   return underItsName(file, [&] { return exportSession(session, file, output, options); });

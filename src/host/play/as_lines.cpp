@@ -4,7 +4,7 @@
 #include <chrono>
 #include <thread>
 
-#include "host/play/performance.h"
+#include "host/play/play.h"
 #include "host/play/player.h"
 #include "host/play/terminal.h"
 #include "host/text/number_text.h"
@@ -15,7 +15,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::microseconds;
 
-std::string makeLine(const Caption& caption, ColourDepth depth) {
+std::string makeLine(const Caption& caption, ColorOrder order, ColorDepth depth) {
   std::string line;
   const auto appendTime = [&line](std::int64_t time) {
     appendTimecode(
@@ -25,7 +25,7 @@ std::string makeLine(const Caption& caption, ColourDepth depth) {
   line += " --> ";
   appendTime(caption.end);
   const char* separator = "  ";
-  for (const StyledLine& part : parseMarkup(caption.text)) {
+  for (const StyledLine& part : parseMarkup(caption.text, order)) {
     line += separator;
     for (const Span& span : part) appendStyled(line, span, depth);
     separator = " | ";
@@ -44,11 +44,11 @@ microseconds untilNext(const Player& player) {
 
 }  // namespace
 
-void playAsLines(Session& session, const PlayOptions& options, ColourDepth depth) {
+void playAsLines(Session& session, const PlayOptions& options, ColorDepth depth) {
   std::string lines;
   bool begun = false;
   Player player(session, [&](const Caption& caption) {
-    if (begun) lines += makeLine(caption, depth);
+    if (begun) lines += makeLine(caption, options.colorOrder, depth);
   });
   player.setSpeed(options.speed);
   begun = true;

@@ -7,7 +7,6 @@
 #include <limits>
 
 #include "host/text/number_text.h"
-#include "host/text/time_text.h"
 #include "host/text/utf8_scan.h"
 #include "host/text/visible_text.h"
 
@@ -119,7 +118,8 @@ void Controls::changeOffset(std::int32_t milliseconds) {
 Frame Controls::frame() const {
   Frame frame{{}, message_, status()};
   for (const Caption* caption : player_.showing()) {
-    for (StyledLine& line : parseMarkup(caption->text)) frame.captions.push_back(std::move(line));
+    for (StyledLine& line : parseMarkup(caption->text, colorOrder_))
+      frame.captions.push_back(std::move(line));
     if (message_.empty() && !tuning_.isAutodetected() && !isUtf8(caption->text)) {
       frame.message = "This text is not UTF-8: c tries " + tuning_.nextCodePageName();
     }

@@ -15,7 +15,8 @@ namespace Ombe {
 /// One thread at a time.
 class Controls {
  public:
-  Controls(Player& player, Tuning& tuning) : player_(player), tuning_(tuning) {}
+  Controls(Player& player, Tuning& tuning, ColorOrder order)
+      : player_(player), tuning_(tuning), colorOrder_(order) {}
 
   void press(KeyPress press);
   [[nodiscard]] bool wantsToQuit() const { return quit_; }
@@ -36,6 +37,7 @@ class Controls {
 
   Player& player_;
   Tuning& tuning_;
+  const ColorOrder colorOrder_;
   bool quit_ = false;
   std::string message_ = "? shows the keys";
   std::optional<std::string> typed_;  // while a time is asked for

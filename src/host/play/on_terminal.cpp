@@ -3,7 +3,7 @@
 #include <chrono>
 
 #include "host/play/controls.h"
-#include "host/play/performance.h"
+#include "host/play/play.h"
 #include "host/play/terminal.h"
 
 namespace Ombe {
@@ -24,7 +24,7 @@ std::optional<milliseconds> longestWait(const Player& player, const KeyDecoder& 
 /// Draws when something is to be seen that was not there before.
 class Painter {
  public:
-  Painter(const Terminal& terminal, ColourDepth depth) : terminal_(terminal), depth_(depth) {}
+  Painter(const Terminal& terminal, ColorDepth depth) : terminal_(terminal), depth_(depth) {}
 
   void paint(const Frame& frame, bool redraw) {
     std::string picture = drawFrame(frame, terminal_.size(), depth_);
@@ -34,11 +34,11 @@ class Painter {
 
  private:
   const Terminal& terminal_;
-  ColourDepth depth_;
+  ColorDepth depth_;
   std::string shown_;
 };
 
-int runLoop(Player& player, Controls& controls, ColourDepth depth) {
+int runLoop(Player& player, Controls& controls, ColorDepth depth) {
   Terminal terminal;
   Painter painter(terminal, depth);
   KeyDecoder keys;
@@ -61,12 +61,12 @@ int runLoop(Player& player, Controls& controls, ColourDepth depth) {
 
 }  // namespace
 
-int playOnTerminal(Session& session, const PlayOptions& options, ColourDepth depth) {
+int playOnTerminal(Session& session, const PlayOptions& options, ColorDepth depth) {
   Player player(session);
   player.setSpeed(options.speed);
   player.seek(options.start);
   Tuning tuning(session.controller(), options.likelyCodePages);
-  Controls controls(player, tuning);
+  Controls controls(player, tuning, options.colorOrder);
   return runLoop(player, controls, depth);
 }
 

@@ -5,23 +5,23 @@
 namespace Ombe {
 namespace {
 
-using Colour = std::array<int, 3>;
+using Parts = std::array<int, 3>;  // red, green, blue
 
 /// The usual look of the sixteen colours that every terminal has.
-constexpr Colour kBasic[] = {{0, 0, 0},       {205, 0, 0},   {0, 205, 0},   {205, 205, 0},
-                             {0, 0, 238},     {205, 0, 205}, {0, 205, 205}, {229, 229, 229},
-                             {127, 127, 127}, {255, 0, 0},   {0, 255, 0},   {255, 255, 0},
-                             {92, 92, 255},   {255, 0, 255}, {0, 255, 255}, {255, 255, 255}};
+constexpr Parts kBasic[] = {{0, 0, 0},       {205, 0, 0},   {0, 205, 0},   {205, 205, 0},
+                            {0, 0, 238},     {205, 0, 205}, {0, 205, 205}, {229, 229, 229},
+                            {127, 127, 127}, {255, 0, 0},   {0, 255, 0},   {255, 255, 0},
+                            {92, 92, 255},   {255, 0, 255}, {0, 255, 255}, {255, 255, 255}};
 constexpr int kCubeStart = 16;
 constexpr int kGreyStart = 232;
 
-Colour split(std::uint32_t colour) {
-  const auto part = [colour](unsigned shift) { return static_cast<int>(colour >> shift & 0xFF); };
+Parts split(Color color) {
+  const auto part = [color](unsigned shift) { return static_cast<int>(color >> shift & 0xFF); };
   return {part(16), part(8), part(0)};
 }
 
 /// The colours of the 256 behind the basic ones: a cube of six levels a side, then 24 greys.
-Colour indexedColour(int index) {
+Parts indexedColor(int index) {
   if (index < kCubeStart) return kBasic[index];
   if (index >= kGreyStart) {
     const int grey = 8 + 10 * (index - kGreyStart);
@@ -33,14 +33,14 @@ Colour indexedColour(int index) {
 }
 
 /// People set the basic colours as they like, so they are used only where there are no others.
-int nearest(const Colour& wanted, int first, int end) {
+int nearest(const Parts& wanted, int first, int end) {
   int best = first;
   int bestDistance = 3 * 255 * 255 + 1;
   for (int index = first; index < end; ++index) {
-    const Colour colour = indexedColour(index);
+    const Parts color = indexedColor(index);
     int distance = 0;
     for (std::size_t i = 0; i < wanted.size(); ++i) {
-      distance += (colour[i] - wanted[i]) * (colour[i] - wanted[i]);
+      distance += (color[i] - wanted[i]) * (color[i] - wanted[i]);
     }
     if (distance < bestDistance) {
       best = index;
@@ -50,19 +50,19 @@ int nearest(const Colour& wanted, int first, int end) {
   return best;
 }
 
-std::string colourCode(std::uint32_t colour, ColourDepth depth) {
-  const Colour parts = split(colour);
+std::string colorCode(Color color, ColorDepth depth) {
+  const Parts parts = split(color);
   switch (depth) {
-    case ColourDepth::kNoStyle:
-    case ColourDepth::kNoColour:
+    case ColorDepth::kNoStyle:
+    case ColorDepth::kNoColor:
       return {};
-    case ColourDepth::k16: {
+    case ColorDepth::k16: {
       const int index = nearest(parts, 0, kCubeStart);
       return ";" + std::to_string(index < 8 ? 30 + index : 90 + index - 8);
     }
-    case ColourDepth::k256:
+    case ColorDepth::k256:
       return ";38;5;" + std::to_string(nearest(parts, kCubeStart, 256));
-    case ColourDepth::kTrue:
+    case ColorDepth::kTrue:
       break;
   }
   return ";38;2;" + std::to_string(parts[0]) + ";" + std::to_string(parts[1]) + ";" +
@@ -71,19 +71,19 @@ std::string colourCode(std::uint32_t colour, ColourDepth depth) {
 
 }  // namespace
 
-ColourDepth terminalColourDepth(std::string_view colorTerm, std::string_view term) {
+ColorDepth terminalColorDepth(std::string_view colorTerm, std::string_view term) {
   if (colorTerm == "truecolor" || colorTerm == "24bit" || term.ends_with("-direct")) {
-    return ColourDepth::kTrue;
+    return ColorDepth::kTrue;
   }
-  return term.find("256color") != std::string_view::npos ? ColourDepth::k256 : ColourDepth::k16;
+  return term.find("256color") != std::string_view::npos ? ColorDepth::k256 : ColorDepth::k16;
 }
 
-void appendStyled(std::string& out, const Span& span, ColourDepth depth) {
+void appendStyled(std::string& out, const Span& span, ColorDepth depth) {
   std::string code;
   if (span.style.bold) code += ";1";
   if (span.style.italic) code += ";3";
-  if (span.style.colour) code += colourCode(*span.style.colour, depth);
-  if (code.empty() || depth == ColourDepth::kNoStyle) {
+  if (span.style.color) code += colorCode(*span.style.color, depth);
+  if (code.empty() || depth == ColorDepth::kNoStyle) {
     out += span.text;
     return;
   }

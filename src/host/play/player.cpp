@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "host/io/failure.h"
-#include "host/writers/subtitle_times.h"
+#include "host/session/subtitle.h"
 
 namespace Ombe {
 namespace {

@@ -9,7 +9,7 @@ namespace {
 
 std::string blanks(int count) { return std::string(static_cast<std::size_t>(count), ' '); }
 
-std::string centred(const StyledLine& line, int columns, ColourDepth depth) {
+std::string centred(const StyledLine& line, int columns, ColorDepth depth) {
   std::string row = blanks(std::max(0, (columns - cellCount(line)) / 2));
   for (const Span& span : line) appendStyled(row, span, depth);
   return row;
@@ -21,7 +21,7 @@ std::string statusRow(std::string_view status, int columns) {
 }
 
 /// From the top, the status last.
-std::vector<std::string> makeRows(const Frame& frame, int columns, ColourDepth depth) {
+std::vector<std::string> makeRows(const Frame& frame, int columns, ColorDepth depth) {
   std::vector<std::string> rows;
   for (const StyledLine& caption : frame.captions) {
     for (const StyledLine& line : wrapLine(caption, columns)) {
@@ -38,7 +38,7 @@ std::vector<std::string> makeRows(const Frame& frame, int columns, ColourDepth d
 
 }  // namespace
 
-std::string drawFrame(const Frame& frame, ScreenSize size, ColourDepth depth) {
+std::string drawFrame(const Frame& frame, ScreenSize size, ColorDepth depth) {
   const std::vector<std::string> rows = makeRows(frame, size.columns, depth);
   const int missing = size.rows - static_cast<int>(rows.size());
   std::string out;

@@ -24,6 +24,6 @@ struct Frame {
 /// The escape sequences that draw a frame over whatever stood there, every row of it: subtitles
 /// centred above the message, and the status in reverse at the bottom. Where rows lack, the lowest
 /// are drawn. Texts must be free of control characters.
-std::string drawFrame(const Frame& frame, ScreenSize size, ColourDepth depth);
+std::string drawFrame(const Frame& frame, ScreenSize size, ColorDepth depth);
 
 }  // namespace Ombe

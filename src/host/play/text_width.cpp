@@ -24,16 +24,9 @@ int cellsOf(UChar32 c) {
   return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
 }
 
-std::uint32_t codePoint(std::string_view character) {
-  constexpr std::uint32_t kLeadBits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
-  std::uint32_t code = static_cast<unsigned char>(character[0]) & kLeadBits[character.size()];
-  for (const char c : character.substr(1)) code = code << 6U | (static_cast<unsigned>(c) & 0x3FU);
-  return code;
-}
-
 Character firstCharacter(std::string_view text) {
-  const std::size_t length = nextUtf8Piece(text).length;
-  return {length, cellsOf(static_cast<UChar32>(codePoint(text.substr(0, length))))};
+  const Utf8Piece piece = nextUtf8Piece(text);
+  return {piece.length, cellsOf(piece.codePoint)};
 }
 
 void append(StyledLine& line, const TextStyle& style, std::string_view text) {

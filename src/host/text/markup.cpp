@@ -8,9 +8,6 @@
 namespace Ombe {
 namespace {
 
-constexpr std::string_view kFontStart = "<font color=\"#";
-constexpr std::size_t kColourDigits = 6;
-
 char lowered(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 bool startsWith(std::string_view text, std::string_view lowerCase) {
@@ -19,17 +16,32 @@ bool startsWith(std::string_view text, std::string_view lowerCase) {
                     [](char expected, char c) { return expected == lowered(c); });
 }
 
-/// Nothing for six characters that are no colour.
-std::optional<std::uint32_t> parseColour(std::string_view digits) {
-  std::uint32_t colour = 0;
+/// The six digits behind a "#"; nothing for another colour.
+std::optional<Color> findColor(std::string_view attributes, ColorOrder order) {
+  const std::string_view digits =
+      attributes.substr(std::min(attributes.find('#'), attributes.size() - 1) + 1, 6);
+  Color color = 0;
   const char* end = digits.data() + digits.size();
-  const auto [stop, error] = std::from_chars(digits.data(), end, colour, 16);
-  if (error != std::errc() || stop != end) return std::nullopt;
-  return colour;
+  if (digits.size() < 6 || std::from_chars(digits.data(), end, color, 16).ptr != end) {
+    return std::nullopt;
+  }
+  if (order == ColorOrder::kRgb) return color;
+  return (color & 0xFF) << 16 | (color & 0xFF00) | color >> 16;
 }
 
+std::optional<Tag::Kind> kindOf(std::string_view name, bool closes) {
+  if (startsWith(name, closes ? "font>" : "font ")) return Tag::Kind::kFont;
+  if (startsWith(name, "i>")) return Tag::Kind::kItalic;
+  if (startsWith(name, "b>")) return Tag::Kind::kBold;
+  if (startsWith(name, "u>")) return Tag::Kind::kUnderline;
+  return std::nullopt;
+}
+
+/// Fills lines with spans.
 class MarkupParser {
  public:
+  explicit MarkupParser(ColorOrder order) : order_(order) {}
+
   std::vector<StyledLine> parse(std::string_view text) {
     while (!text.empty()) text.remove_prefix(takePiece(text));
     return std::move(lines_);
@@ -43,52 +55,15 @@ class MarkupParser {
       return 1;
     }
     if (text.substr(0, 2) == "\r\n") return 1;
-    if (text[0] == '<') {
-      const std::size_t length = takeTag(text);
-      if (length != 0) return length;
-    }
+    const auto tag = readTag(text, order_);
+    if (tag && tag->kind != Tag::Kind::kUnderline && open_.take(*tag)) return tag->length;
     const std::size_t end = std::min(text.find_first_of("<\r\n", 1), text.size());
     append(text.substr(0, end));
     return end;
   }
 
-  /// 0 when it is none that counts.
-  std::size_t takeTag(std::string_view text) {
-    for (const std::string_view tag : {"<i>", "<b>"}) {
-      if (startsWith(text, tag)) {
-        ++depthOf(tag[1]);
-        return tag.size();
-      }
-    }
-    for (const std::string_view tag : {"</i>", "</b>"}) {
-      if (startsWith(text, tag) && depthOf(tag[2]) > 0) {
-        --depthOf(tag[2]);
-        return tag.size();
-      }
-    }
-    return takeFont(text);
-  }
-
-  std::size_t takeFont(std::string_view text) {
-    constexpr std::string_view kFontEnd = "</font>";
-    if (startsWith(text, kFontEnd) && !colours_.empty()) {
-      colours_.pop_back();
-      return kFontEnd.size();
-    }
-    constexpr std::size_t kBehindColour = kFontStart.size() + kColourDigits;
-    if (!startsWith(text, kFontStart) || text.size() < kBehindColour ||
-        text.substr(kBehindColour, 2) != "\">") {
-      return 0;
-    }
-    colours_.push_back(parseColour(text.substr(kFontStart.size(), kColourDigits)));
-    return kBehindColour + 2;
-  }
-
-  int& depthOf(char letter) { return letter == 'i' ? italic_ : bold_; }
-
   void append(std::string_view text) {
-    const TextStyle style{italic_ > 0, bold_ > 0,
-                          colours_.empty() ? std::nullopt : colours_.back()};
+    const TextStyle style = open_.style();
     StyledLine& line = lines_.back();
     if (line.empty() || line.back().style != style) line.push_back({style, {}});
     std::string visible = visibleText(text);
@@ -96,14 +71,46 @@ class MarkupParser {
     line.back().text += visible;
   }
 
+  ColorOrder order_;
   std::vector<StyledLine> lines_{1};
-  int italic_ = 0;
-  int bold_ = 0;
-  std::vector<std::optional<std::uint32_t>> colours_;
+  OpenTags open_;
 };
 
 }  // namespace
 
-std::vector<StyledLine> parseMarkup(std::string_view text) { return MarkupParser().parse(text); }
+std::optional<Tag> readTag(std::string_view text, ColorOrder order) {
+  constexpr std::size_t kLongestTag =
+      100;  // bytes, so that a text of many "<" costs what it should
+  const std::size_t length = text.substr(0, kLongestTag).find('>') + 1;
+  if (!text.starts_with('<') || length == 0) return std::nullopt;
+  const bool closes = text[1] == '/';
+  const std::string_view name = text.substr(closes ? 2 : 1, length - (closes ? 2 : 1));
+  const auto kind = kindOf(name, closes);
+  if (!kind) return std::nullopt;
+  const bool hasColor = kind == Tag::Kind::kFont && !closes;
+  return Tag{*kind, closes, hasColor ? findColor(name, order) : std::nullopt, length};
+}
+
+bool OpenTags::take(const Tag& tag) {
+  std::size_t& count = counts_[static_cast<std::size_t>(tag.kind)];
+  if (tag.closes && count == 0) return false;
+  tag.closes ? --count : ++count;
+  if (tag.kind == Tag::Kind::kFont) {
+    tag.closes ? colors_.pop_back() : colors_.push_back(tag.color);
+  }
+  return true;
+}
+
+TextStyle OpenTags::style() const {
+  const auto isOpen = [this](Tag::Kind kind) {
+    return counts_[static_cast<std::size_t>(kind)] != 0;
+  };
+  return {isOpen(Tag::Kind::kItalic), isOpen(Tag::Kind::kBold),
+          colors_.empty() ? std::nullopt : colors_.back()};
+}
+
+std::vector<StyledLine> parseMarkup(std::string_view text, ColorOrder order) {
+  return MarkupParser(order).parse(text);
+}
 
 }  // namespace Ombe

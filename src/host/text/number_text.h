@@ -1,16 +1,26 @@
-// Numbers appended to a text, without the detour of a stream.
+// Numbers, times and frame rates as texts.
 #pragma once
 
 #include <charconv>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
+
+#include "ombe_core/setting_value.h"
 
 namespace Ombe {
 
+/// Appended without the detour of a stream.
 inline void appendNumber(std::string& out, std::uint64_t number) {
   char digits[20];
   const auto end = std::to_chars(digits, digits + sizeof digits, number);
   out.append(digits, end.ptr);
+}
+
+/// The last `digits` digits of the hexadecimal number.
+inline void appendHex(std::string& out, std::uint32_t number, int digits) {
+  while (--digits >= 0) out += "0123456789abcdef"[number >> digits * 4 & 0xF];
 }
 
 /// "HH:MM:SS,mmm" with the given byte before the milliseconds; more hours take more digits.
@@ -34,5 +44,13 @@ inline void appendTimecode(std::string& out, std::uint32_t milliseconds, char se
   out += static_cast<char>('0' + milliseconds / 100 % 10);
   pair(milliseconds % 100);
 }
+
+/// Milliseconds of "90", "1:30", "1:02:03.5" and the like; the parts before the last colon may have
+/// any size. Nothing for another form, and beyond the last 32-bit millisecond.
+std::optional<std::uint32_t> parseTime(std::string_view text);
+
+/// "25", "23.976" (exactly 23976/1000) or "24000/1001". Zero parts are allowed, since they mean
+/// something to the plug-in. Nothing for another form and for numbers that need more than 32 bits.
+std::optional<Ratio> parseFrameRate(std::string_view text);
 
 }  // namespace Ombe

@@ -1,7 +1,5 @@
 #include "host/text/visible_text.h"
 
-#include <unicode/utf8.h>
-
 #include <cstdint>
 
 #include "host/text/utf8_scan.h"
@@ -21,23 +19,14 @@ void appendControlPicture(std::string& out, char control) {
 
 /// Characters of several bytes that act instead of showing: C1 controls, marks, embeddings and
 /// isolates of the writing direction, separators of lines and paragraphs.
-bool acts(std::uint32_t code) {
+bool acts(std::int32_t code) {
   return (code >= 0x80 && code < 0xA0) || code == 0x061C || code == 0x200E || code == 0x200F ||
          (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
 }
 
-void appendEscape(std::string& out, std::uint32_t code) {
+void appendEscape(std::string& out, std::int32_t code) {
   out += "\\u";
   for (int shift = 12; shift >= 0; shift -= 4) out += "0123456789ABCDEF"[code >> shift & 0xF];
-}
-
-void appendCharacter(std::string& out, std::string_view character) {
-  UChar32 code = 0;
-  std::size_t at = 0;
-  U8_NEXT_UNSAFE(character.data(), at, code);
-  if (acts(static_cast<std::uint32_t>(code)))
-    return appendEscape(out, static_cast<std::uint32_t>(code));
-  out += character;
 }
 
 void append(std::string& out, std::string_view text, std::string_view kept) {
@@ -45,12 +34,14 @@ void append(std::string& out, std::string_view text, std::string_view kept) {
     const Utf8Piece piece = nextUtf8Piece(text);
     const std::string_view character = text.substr(0, piece.length);
     text.remove_prefix(piece.length);
-    if (!piece.wellFormed) {
+    if (!piece.wellFormed()) {
       out += kReplacement;
     } else if (isControl(character[0]) && kept.find(character[0]) == std::string_view::npos) {
       appendControlPicture(out, character[0]);
+    } else if (acts(piece.codePoint)) {
+      appendEscape(out, piece.codePoint);
     } else {
-      appendCharacter(out, character);
+      out += character;
     }
   }
 }

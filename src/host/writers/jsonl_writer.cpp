@@ -1,7 +1,7 @@
-#include "host/writers/jsonl_writer.h"
-
+// One JSON object a line.
 #include "host/text/number_text.h"
 #include "host/text/utf8_scan.h"
+#include "host/writers/formats.h"
 
 namespace Ombe {
 namespace {
@@ -16,15 +16,13 @@ bool standsForItself(char byte) {
 void appendEscape(std::string& out, char byte) {
   constexpr std::string_view kEscaped = "\"\\\b\f\n\r\t";
   constexpr std::string_view kLetters = "\"\\bfnrt";
-  constexpr char kHex[] = "0123456789abcdef";
   out += '\\';
   if (const std::size_t at = kEscaped.find(byte); at != std::string_view::npos) {
     out += kLetters[at];
     return;
   }
-  out.append("u00");
-  out += kHex[static_cast<unsigned char>(byte) >> 4];
-  out += kHex[static_cast<unsigned char>(byte) & 0xF];
+  out += 'u';
+  appendHex(out, static_cast<unsigned char>(byte), 4);
 }
 
 void appendText(std::string& out, std::string_view text) {
@@ -35,7 +33,7 @@ void appendText(std::string& out, std::string_view text) {
     text.remove_prefix(plain);
     if (text.empty()) return;
     const Utf8Piece piece = nextUtf8Piece(text);
-    if (!piece.wellFormed) {
+    if (!piece.wellFormed()) {
       out.append(kReplacement);
     } else if (piece.length == 1) {
       appendEscape(out, text[0]);
@@ -46,16 +44,26 @@ void appendText(std::string& out, std::string_view text) {
   }
 }
 
+class JsonlWriter final : public SubtitleWriter {
+ public:
+  JsonlWriter() : SubtitleWriter(Takes::kAll) {}
+
+ private:
+  void write(const Subtitle& subtitle, std::string& out) override {
+    out += "{\"timestamp\": ";
+    appendNumber(out, subtitle.timestamp);
+    out += ", \"duration\": ";
+    appendNumber(out, subtitle.duration);
+    out += ", \"text\": \"";
+    appendText(out, subtitle.text);
+    out += "\"}\n";
+  }
+};
+
 }  // namespace
 
-void JsonlWriter::append(const Subtitle& subtitle, std::string& out) {
-  out.append("{\"timestamp\": ");
-  appendNumber(out, subtitle.timestamp);
-  out.append(", \"duration\": ");
-  appendNumber(out, subtitle.duration);
-  out.append(", \"text\": \"");
-  appendText(out, subtitle.text);
-  out.append("\"}\n");
+std::unique_ptr<SubtitleWriter> makeJsonlWriter(const WriterOptions& /*options*/) {
+  return std::make_unique<JsonlWriter>();
 }
 
 }  // namespace Ombe

@@ -1,34 +1,73 @@
-#include "host/writers/srt_writer.h"
-
+// SubRip.
 #include "host/text/number_text.h"
-#include "host/text/shown_lines.h"
+#include "host/writers/formats.h"
 
 namespace Ombe {
 namespace {
 
-constexpr std::string_view kBoldEnd = "</B>";  // as subtitles carry it
+/// What readers take for the times of the next subtitle, and how a text says it.
+constexpr std::string_view kArrow = "-->";
+constexpr std::string_view kBrokenArrow = "-- >";
 
-void appendLine(std::string& out, std::string_view line) {
-  for (std::size_t tag = line.find(kBoldEnd); tag != std::string_view::npos;
-       tag = line.find(kBoldEnd)) {
-    out.append(line.substr(0, tag)).append("</b>");
-    line.remove_prefix(tag + kBoldEnd.size());
+class SrtWriter final : public SubtitleWriter {
+ public:
+  explicit SrtWriter(ColorOrder order)
+      : SubtitleWriter(Takes::kEndNotBeforeStart), colorOrder_(order) {}
+
+ private:
+  void write(const Subtitle& subtitle, std::string& out) override {
+    appendNumber(out, ++index_);
+    out += '\n';
+    appendTimecode(out, subtitle.timestamp, ',');
+    out += " --> ";
+    appendTimecode(out, subtitle.end(), ',');
+    out += '\n';
+    forEachShownLine(subtitle.text, [&](std::string_view line) { appendLine(out, line); });
+    out += '\n';
   }
-  out.append(line);
-  out += '\n';
-}
+
+  void appendLine(std::string& out, std::string_view line) const {
+    const auto isSpecial = [](char c) { return c == '<' || c == '-'; };
+    while (!line.empty()) {
+      const auto stop = std::find_if(line.begin(), line.end(), isSpecial);
+      out.append(line.begin(), stop);
+      line.remove_prefix(static_cast<std::size_t>(stop - line.begin()));
+      if (line.empty()) break;
+      line.remove_prefix(appendSpecial(out, line));
+    }
+    out += '\n';
+  }
+
+  /// Returns how many bytes it wrote in its own way.
+  std::size_t appendSpecial(std::string& out, std::string_view line) const {
+    if (line.starts_with(kArrow)) {
+      out += kBrokenArrow;
+      return kArrow.size();
+    }
+    const auto tag = readTag(line, colorOrder_);
+    if (!tag) {
+      out += line[0];
+      return 1;
+    }
+    std::string text(line.substr(0, tag->length));
+    if (tag->closes && tag->kind == Tag::Kind::kBold) text = "</b>";
+    if (tag->color && colorOrder_ != ColorOrder::kRgb) {
+      std::string digits;
+      appendHex(digits, *tag->color, 6);
+      text.replace(text.find('#') + 1, digits.size(), digits);
+    }
+    out += text;
+    return tag->length;
+  }
+
+  const ColorOrder colorOrder_;
+  std::uint64_t index_ = 0;
+};
 
 }  // namespace
 
-void SrtWriter::append(const Subtitle& subtitle, std::string& out) {
-  appendNumber(out, ++index_);
-  out += '\n';
-  appendTimecode(out, subtitle.timestamp, ',');
-  out += " --> ";
-  appendTimecode(out, subtitle.timestamp + subtitle.duration, ',');
-  out += '\n';
-  forEachShownLine(subtitle.text, [&out](std::string_view line) { appendLine(out, line); });
-  out += '\n';
+std::unique_ptr<SubtitleWriter> makeSrtWriter(const WriterOptions& options) {
+  return std::make_unique<SrtWriter>(options.colorOrder);
 }
 
 }  // namespace Ombe

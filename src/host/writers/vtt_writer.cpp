@@ -1,110 +1,138 @@
-#include "host/writers/vtt_writer.h"
-
-#include <algorithm>
+// WebVTT.
+#include <set>
 
 #include "host/text/number_text.h"
-#include "host/text/shown_lines.h"
 #include "host/text/utf8_scan.h"
+#include "host/writers/formats.h"
 
 namespace Ombe {
 namespace {
 
-constexpr std::size_t kLongestTag = 100;  // bytes
+/// The colours that every reader of WebVTT knows by name.
+constexpr struct {
+  Color color;
+  const char* name;
+} kClasses[] = {{0xFFFFFF, "white"}, {0x00FF00, "lime"},   {0x00FFFF, "cyan"},
+                {0xFF0000, "red"},   {0xFFFF00, "yellow"}, {0xFF00FF, "magenta"},
+                {0x0000FF, "blue"},  {0x000000, "black"}};
 
-char lowered(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; }
-
-std::string lowered(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) c = lowered(c);
-  return result;
+std::string hexDigits(Color color) {
+  std::string digits;
+  appendHex(digits, color, 6);
+  return digits;
 }
 
-/// The six digits behind the "#" of a font tag; empty for another colour.
-std::string colorOf(const std::string& tag) {
-  const std::size_t sign = tag.find('#');
-  if (sign == std::string::npos) return {};
-  const std::string digits = tag.substr(sign + 1, 6);
-  const bool isColor =
-      digits.size() == 6 && digits.find_first_not_of("0123456789abcdef") == std::string::npos;
-  return isColor ? digits : std::string();
-}
-
-bool isMarkup(char byte) {
+bool isSpecial(char byte) {
   return byte == '&' || byte == '<' || byte == '>' || byte == '\0' ||
          static_cast<unsigned char>(byte) >= 0x80;
 }
 
-}  // namespace
+/// A style block has to stand before the first cue, so with one cues are kept until `end`.
+class VttWriter final : public SubtitleWriter {
+ public:
+  explicit VttWriter(const WriterOptions& options)
+      : SubtitleWriter(Takes::kEndAfterStart),
+        hasStyle_(options.vttStyle),
+        colorOrder_(options.colorOrder) {}
 
-void VttWriter::append(const Subtitle& subtitle, std::string& /*out*/) {
-  appendTimecode(cues_, subtitle.timestamp, '.');
-  cues_ += " --> ";
-  appendTimecode(cues_, subtitle.timestamp + subtitle.duration, '.');
-  cues_ += '\n';
-  open_.clear();
-  forEachShownLine(subtitle.text, [this](std::string_view line) { appendLine(line); });
-  cues_ += '\n';
-}
+  void begin(std::string& out) override { out += "WEBVTT\n\n"; }
 
-void VttWriter::appendLine(std::string_view line) {
-  while (!line.empty()) {
-    const auto stop = std::find_if(line.begin(), line.end(), isMarkup);
-    const auto plain = static_cast<std::size_t>(stop - line.begin());
-    cues_ += line.substr(0, plain);
-    line.remove_prefix(plain);
-    if (line.empty() || appendTag(line)) continue;
-    const Utf8Piece piece = nextUtf8Piece(line);
-    if (line[0] == '&') {
-      cues_ += "&amp;";
-    } else if (line[0] == '<') {
-      cues_ += "&lt;";
-    } else if (line[0] == '>') {
-      cues_ += "&gt;";
-    } else {
-      cues_ += piece.wellFormed && line[0] != '\0' ? line.substr(0, piece.length) : "\uFFFD";
+  void end(std::string& out) override {
+    if (!hasStyle_) return;
+    if (!otherColors_.empty()) out += "STYLE\n";
+    for (const Color color : otherColors_) {
+      const std::string digits = hexDigits(color);
+      out += "::cue(.c" + digits + ") { color: #" + digits + "; }\n";
     }
-    line.remove_prefix(piece.length);
+    if (!otherColors_.empty()) out += '\n';
+    out += keptCues_;
   }
-  cues_ += '\n';
-}
 
-/// Takes a tag that players know off the start; a closing one only when it closes something.
-bool VttWriter::appendTag(std::string_view& rest) {
-  const std::size_t size = rest.substr(0, kLongestTag).find('>') + 1;
-  if (rest[0] != '<' || size == 0) return false;
-  const std::string tag = lowered(rest.substr(0, size));
-  const bool closes = tag[1] == '/';
-  const char letter = tag[closes ? 2 : 1];
-  const bool isFont = tag.starts_with("<font ") || tag == "</font>";
-  const bool isPlain = tag.size() == (closes ? 4U : 3U) && std::string_view("ibu").find(letter) < 3;
-  if (!isFont && !isPlain) return false;
-  if (closes) {
-    const std::size_t opened = open_.rfind(letter);
-    if (opened == std::string::npos) return false;
-    open_.erase(opened, 1);
-    cues_ += isFont ? "</c>" : tag;
-  } else if (const std::string color = colorOf(tag); isFont && !color.empty()) {
-    colors_.insert(color);
-    cues_.append("<c.c").append(color).append(">");
-    open_ += letter;
-  } else {
-    cues_ += isFont ? "<c>" : tag;
-    open_ += letter;
+  [[nodiscard]] std::vector<std::string> remarks() const override {
+    std::vector<std::string> result = SubtitleWriter::remarks();
+    if (hasStyle_ || otherColors_.empty()) return result;
+    result.push_back("left out colours that are none of WebVTT's eight, such as #" +
+                     hexDigits(*otherColors_.begin()) + "; --vtt-style writes them");
+    return result;
   }
-  rest.remove_prefix(size);
-  return true;
-}
 
-void VttWriter::end(std::string& out) {
-  out += "WEBVTT\n\n";
-  if (!colors_.empty()) {
-    out += "STYLE\n";
-    for (const std::string& color : colors_) {
-      out.append("::cue(.c").append(color).append(") { color: #").append(color).append("; }\n");
+ private:
+  void write(const Subtitle& subtitle, std::string& out) override {
+    std::string& cues = hasStyle_ ? keptCues_ : out;
+    appendTimecode(cues, subtitle.timestamp, '.');
+    cues += " --> ";
+    appendTimecode(cues, subtitle.end(), '.');
+    cues += '\n';
+    open_ = {};
+    forEachShownLine(subtitle.text, [&](std::string_view line) { appendLine(cues, line); });
+    cues += '\n';
+  }
+
+  void appendLine(std::string& out, std::string_view line) {
+    while (!line.empty()) {
+      const auto stop = std::find_if(line.begin(), line.end(), isSpecial);
+      out.append(line.begin(), stop);
+      line.remove_prefix(static_cast<std::size_t>(stop - line.begin()));
+      if (line.empty()) break;
+      const auto tag = readTag(line, colorOrder_);
+      if (tag && open_.take(*tag)) {
+        appendTag(out, *tag);
+        line.remove_prefix(tag->length);
+      } else {
+        line.remove_prefix(appendCharacter(out, line));
+      }
     }
     out += '\n';
   }
-  out += cues_;
+
+  void appendTag(std::string& out, const Tag& tag) {
+    out += tag.closes ? "</" : "<";
+    out += "ibuc"[static_cast<std::size_t>(tag.kind)];
+    if (tag.color) appendClass(out, *tag.color);
+    out += '>';
+  }
+
+  void appendClass(std::string& out, Color color) {
+    for (const auto& known : kClasses) {
+      if (known.color == color) {
+        out.append(".").append(known.name);
+        return;
+      }
+    }
+    otherColors_.insert(color);
+    if (hasStyle_) out.append(".c").append(hexDigits(color));
+  }
+
+  /// Returns how many bytes it wrote in its own way.
+  static std::size_t appendCharacter(std::string& out, std::string_view line) {
+    const Utf8Piece piece = nextUtf8Piece(line);
+    switch (piece.codePoint) {
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      default:
+        out += piece.codePoint > 0 ? line.substr(0, piece.length) : "\uFFFD";
+    }
+    return piece.length;
+  }
+
+  const bool hasStyle_;
+  const ColorOrder colorOrder_;
+  std::string keptCues_;
+  std::set<Color> otherColors_;  // that are no classes
+  OpenTags open_;                // in the subtitle
+};
+
+}  // namespace
+
+std::unique_ptr<SubtitleWriter> makeVttWriter(const WriterOptions& options) {
+  return std::make_unique<VttWriter>(options);
 }
 
 }  // namespace Ombe

@@ -1,13 +1,22 @@
-// Delivered times, which an offset may have taken around the end of 32 bits.
+// A subtitle with its times, which an offset may have taken around the end of 32 bits.
 #pragma once
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "host/session/chunk.h"
-#include "host/writers/subtitle_writer.h"
 
 namespace Ombe {
+
+/// One subtitle as it was delivered; times in unsigned milliseconds.
+struct Subtitle {
+  std::uint32_t timestamp;
+  std::uint32_t duration;
+  std::string_view text;
+  /// A 32-bit sum, so it lies before the start for a negative duration and beyond the last time.
+  [[nodiscard]] std::uint32_t end() const { return timestamp + duration; }
+};
 
 /// A delivered start in milliseconds as a sum that cannot wrap: below 0 where the offset took it
 /// before the beginning.

@@ -11,17 +11,18 @@
 namespace Ombe {
 
 struct PlayOptions {
-  std::uint32_t start = 0;                        ///< milliseconds
-  std::int32_t speed = 1000;                      ///< thousandths of the normal speed
-  bool interactive = true;                        ///< where there is a terminal
+  std::uint32_t start = 0;    ///< milliseconds
+  std::int32_t speed = 1000;  ///< thousandths of the normal speed
+  bool interactive = true;    ///< where there is a terminal
+  ColorOrder colorOrder = ColorOrder::kRgb;
   std::vector<std::string> likelyCodePages = {};  ///< guesses, to be offered
 };
 
 /// On the terminal, with keys, until somebody quits. Returns the signal that ended it, to be acted
 /// upon when everything is let go; 0 when there was none.
-int playOnTerminal(Session& session, const PlayOptions& options, ColourDepth depth);
+int playOnTerminal(Session& session, const PlayOptions& options, ColorDepth depth);
 
 /// Writes a line to standard output whenever a subtitle begins, until the last has ended.
-void playAsLines(Session& session, const PlayOptions& options, ColourDepth depth);
+void playAsLines(Session& session, const PlayOptions& options, ColorDepth depth);
 
 }  // namespace Ombe
