@@ -12,6 +12,7 @@
 #include "host/io/input_file.h"
 #include "host/io/output_file.h"
 #include "host/text/code_page.h"
+#include "host/text/garbled_texts.h"
 #include "host/text/number_text.h"
 #include "support/run_program.h"
 #include "support/table.h"

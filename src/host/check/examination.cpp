@@ -11,6 +11,7 @@
 #include "host/session/settings.h"
 #include "host/session/source.h"
 #include "host/text/code_page.h"
+#include "host/text/visible_text.h"
 
 namespace Ombe {
 namespace {
@@ -119,8 +120,7 @@ class Examination {
     if (auto text = CodePageReader(report_.codePage).read(bytes)) return std::move(*text);
     add("code-page", "holds bytes that are no characters of " + report_.codePage,
         Severity::kWarning);
-    CodePageReader lenient(report_.codePage, CodePageReader::Foreign::kReplaced);
-    return lenient.read(bytes).value_or(bytes);
+    return visibleText(bytes);
   }
 
   void explainUnrecognised(const std::string& bytes, const std::string& text) {

@@ -7,8 +7,6 @@
 namespace Ombe {
 namespace {
 
-constexpr std::size_t kSampleSize = std::size_t{1} << 16;  // bytes that a guess is made from
-
 /// U+0080 to U+009F, which is what converters make of bytes that a code page leaves unused.
 bool holdsUnused(std::string_view text) {
   std::size_t at = text.find('\xC2');
@@ -28,9 +26,7 @@ TextEncodingCheck::TextEncodingCheck(const std::string& codePage, Findings& find
 
 void TextEncodingCheck::take(std::string_view text, std::uint64_t line) {
   if (reader_ != nullptr) return convert(text, line);
-  if (isUtf8(text)) return;
-  if (foreignCount_++ == 0) foreignLine_ = line;
-  if (foreign_.size() < kSampleSize) foreign_.append(text).append("\n");
+  if (garbled_.take(text) && garbled_.count() == 1) garbledLine_ = line;
 }
 
 void TextEncodingCheck::convert(std::string_view text, std::uint64_t line) {
@@ -45,24 +41,15 @@ void TextEncodingCheck::convert(std::string_view text, std::uint64_t line) {
 }
 
 void TextEncodingCheck::finish() {
-  if (foreignCount_ == 0) return;
+  const std::size_t count = garbled_.count();
+  if (count == 0) return;
   const std::string others =
-      foreignCount_ == 1 ? "" : " (and " + std::to_string(foreignCount_ - 1) + " more lines)";
+      count == 1 ? "" : " (and " + std::to_string(count - 1) + " more lines)";
   findings_.add({Severity::kWarning,
                  "not-utf-8",
-                 foreignLine_,
-                 "not UTF-8" + others + ": " + codePageAdvice(foreign_),
+                 garbledLine_,
+                 "not UTF-8" + others + ": " + codePageAdvice(garbled_.likelyCodePages()),
                  {}});
-}
-
-std::string codePageAdvice(std::string_view text) {
-  const std::vector<std::string> names = likelyCodePages(text);
-  if (names.empty()) return "name the code page with --code-page";
-  std::string advice = "try --code-page " + names.front();
-  for (std::size_t i = 1; i < names.size(); ++i) {
-    advice.append(i + 1 == names.size() ? " or " : ", ").append(names[i]);
-  }
-  return advice;
 }
 
 }  // namespace Ombe

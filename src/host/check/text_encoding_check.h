@@ -8,6 +8,7 @@
 
 #include "host/check/findings.h"
 #include "host/text/code_page.h"
+#include "host/text/garbled_texts.h"
 
 namespace Ombe {
 
@@ -27,12 +28,8 @@ class TextEncodingCheck {
   std::string codePage_;
   std::unique_ptr<CodePageReader> reader_;  // null for UTF-8
   Findings& findings_;
-  std::string foreign_;  // texts that are no UTF-8
-  std::uint64_t foreignLine_ = 0;
-  std::size_t foreignCount_ = 0;
+  GarbledTexts garbled_;
+  std::uint64_t garbledLine_ = 0;
 };
-
-/// "try --code-page A, B or C", or what to do when nothing is likely.
-std::string codePageAdvice(std::string_view text);
 
 }  // namespace Ombe

@@ -10,8 +10,7 @@
 #include "host/io/input_name.h"
 #include "host/io/messages.h"
 #include "host/session/session.h"
-#include "host/text/code_page.h"
-#include "host/text/utf8_scan.h"
+#include "host/text/garbled_texts.h"
 
 namespace Ombe {
 namespace {
@@ -23,12 +22,9 @@ bool isScreen() {
 
 /// Guesses for a file that needs a code page and got none.
 std::vector<std::string> findLikelyCodePages(Session& session) {
-  constexpr std::size_t kEnough = std::size_t{1} << 16;
-  std::string garbled;
-  session.readToEnd([&garbled](const Chunk& chunk) {
-    if (garbled.size() < kEnough && !isUtf8(chunk.text())) garbled.append(chunk.text()) += '\n';
-  });
-  return garbled.empty() ? std::vector<std::string>() : likelyCodePages(garbled);
+  GarbledTexts garbled;
+  session.readToEnd([&garbled](const Chunk& chunk) { garbled.take(chunk.text()); });
+  return garbled.likelyCodePages();
 }
 
 /// The signal that ended it, or 0. Everything is let go of on return.

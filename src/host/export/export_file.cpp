@@ -1,39 +1,22 @@
 #include "host/export/export_file.h"
 
-#include "host/check/text_encoding_check.h"
 #include "host/export/export_options.h"
 #include "host/io/input_file.h"
 #include "host/io/input_name.h"
 #include "host/io/output_file.h"
 #include "host/session/session.h"
 #include "host/session/subtitle.h"
-#include "host/text/utf8_scan.h"
+#include "host/text/garbled_texts.h"
 #include "host/writers/subtitle_writer.h"
 
 namespace Ombe {
 namespace {
 
-/// Texts that came out garbled, for lack of the right code page.
-class GarbledTexts {
- public:
-  void look(std::string_view text) {
-    if (isUtf8(text)) return;
-    ++count_;
-    if (sample_.size() < kSampleSize) sample_.append(text).append("\n");
-  }
-
-  void remark(std::vector<std::string>& remarks) const {
-    if (count_ == 0) return;
-    remarks.push_back(std::to_string(count_) +
-                      " of its texts are not UTF-8: " + codePageAdvice(sample_));
-  }
-
- private:
-  static constexpr std::size_t kSampleSize = std::size_t{1} << 16;
-
-  std::size_t count_ = 0;
-  std::string sample_;
-};
+void remarkOn(const GarbledTexts& garbled, std::vector<std::string>& remarks) {
+  if (garbled.count() == 0) return;
+  remarks.push_back(std::to_string(garbled.count()) +
+                    " of its texts are not UTF-8: " + codePageAdvice(garbled.likelyCodePages()));
+}
 
 std::vector<std::string> exportSession(Session& session, const InputFile& input,
                                        const std::string& output, const ExportOptions& options) {
@@ -45,14 +28,14 @@ std::vector<std::string> exportSession(Session& session, const InputFile& input,
   session.readToEnd([&](const Chunk& chunk) {
     const auto subtitle = timedSubtitle(chunk, options.session.offsetMs);
     if (!subtitle) return;
-    garbled.look(subtitle->text);
+    garbled.take(subtitle->text);
     writer->append(*subtitle, file.buffer());
     file.drain();
   });
   writer->end(file.buffer());
   file.commit();
   std::vector<std::string> remarks = writer->remarks();
-  garbled.remark(remarks);
+  remarkOn(garbled, remarks);
   for (std::string& remark : remarks) remark.insert(0, input.name() + ": ");
   return remarks;
 }
