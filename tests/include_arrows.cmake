@@ -21,7 +21,7 @@ room(host/writers host/session host/text host/io engine)
 room(host/play host/session host/text host/io engine)
 room(host/check host/session host/text host/io engine microdvd/line_scan.h microdvd/text_tokenizer.h
   microdvd/frame_rate.h microdvd/style_codes.h)
-room(host/export host/writers host/session host/text host/io host/check engine)
+room(host/export host/writers host/session host/text host/io host/check host/cli/exit_code.h engine)
 room(host/cli host/commands host/writers host/play host/session host/text host/io engine)
 room(host/commands host/cli host/export host/check host/play host/writers host/session host/text
   host/io engine)

@@ -3,7 +3,10 @@
 #include <unistd.h>
 
 #include <exception>
+#include <filesystem>
 #include <new>
+#include <string>
+#include <system_error>
 
 #include "host/cli/options.h"
 #include "host/io/failure.h"
@@ -21,8 +24,20 @@ void occupyStandardStreams() {
   }
 }
 
+/// The folder of plug-ins beside that of this program; empty when that is not known.
+std::string pluginsBesideProgram() {
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const fs::path program = fs::read_symlink("/proc/self/exe", error);
+  if (error) return {};
+  const fs::path prefix = program.parent_path().parent_path();
+  const fs::path plugins = prefix / OMBE_LIBRARY_FOLDER / "ombe";
+  return fs::is_directory(plugins, error) ? plugins : prefix / "lib/ombe";
+}
+
 Ombe::ExitCode run(int argc, char** argv) {
   Ombe::Options options;
+  options.session.pluginFolder = pluginsBesideProgram();
   if (const auto end = Ombe::parseCommandLine(argc, argv, options)) return *end;
   if (options.log) Ombe::logToStandardError();
   return options.run(options);
@@ -36,8 +51,8 @@ int main(int argc, char** argv) {
   try {
     code = run(argc, argv);
   } catch (const Ombe::Failure& failure) {
-    Ombe::reportError(failure.what());
-    code = failure.code();
+    Ombe::reportError(messageOf(failure));
+    code = exitCodeOf(failure);
   } catch (const std::bad_alloc&) {
     Ombe::reportError("out of memory");
   } catch (const std::exception& error) {

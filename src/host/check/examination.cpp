@@ -27,7 +27,7 @@ std::string startOf(const std::string& path, std::uintmax_t size) {
   std::string bytes(static_cast<std::size_t>(size), '\0');
   std::ifstream in(path, std::ios::binary);
   if (!in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()))) {
-    throw Failure(path, "read", "could not be read to its end");
+    throw Failure(path, Step::kRead, "could not be read to its end");
   }
   return bytes;
 }
@@ -56,7 +56,7 @@ class Examination {
         report_.step.clear();
       }
     } catch (const Failure& failure) {
-      report_.step = failure.step();
+      report_.step = stepName(failure.step());
       if (report_.step != "open") add("failure", failure.reason());
     }
     report_.opens = report_.step.empty();

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "host/cli/exit_code.h"
 #include "host/io/color_choice.h"
-#include "host/io/failure.h"
 #include "host/play/play.h"
 #include "host/session/session.h"
 #include "host/writers/subtitle_writer.h"

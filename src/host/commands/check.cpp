@@ -20,7 +20,7 @@ CheckReport examineNamed(const std::string& name, const Options& options) {
 
 ExitCode checkAsJson(const Options& options) {
   ExitCode code = ExitCode::kDone;
-  answer(true, [&](Json& document) {
+  withJson(true, [&](Json& document) {
     Json& files = document["files"] = Json::array();
     for (const std::string& file : options.files) {
       const CheckReport report = examineNamed(file, options);

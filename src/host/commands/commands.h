@@ -1,7 +1,7 @@
 // The commands of the program, one file each.
 #pragma once
 
-#include "host/io/failure.h"
+#include "host/cli/exit_code.h"
 
 namespace Ombe {
 

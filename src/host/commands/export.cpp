@@ -11,7 +11,8 @@ ExitCode runExport(const Options& all) {
   const ExportOptions options{all.session, all.writer, all.output, all.jobs};
   if (isBatch(all.files, options.output)) {
     if (options.output == "-") {
-      throw Failure(ExitCode::kWrongUsage, "several files need a folder to go to: add -o DIR");
+      reportError("several files need a folder to go to: add -o DIR");
+      return ExitCode::kWrongUsage;
     }
     return exportBatch(planExport(all.files, options.output, options.writer.format), options);
   }

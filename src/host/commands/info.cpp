@@ -6,7 +6,6 @@
 #include "host/commands/commands.h"
 #include "host/commands/file_info.h"
 #include "host/io/input_file.h"
-#include "host/io/input_name.h"
 #include "host/io/json_output.h"
 #include "host/io/output_file.h"
 #include "host/session/plugin_description.h"
@@ -89,13 +88,13 @@ void writeText(const std::string& file, const FileInfo& info, const PluginDescri
 }  // namespace
 
 ExitCode runInfo(const Options& options) {
-  answer(options.json, [&](Json& document) {
+  withJson(options.json, [&](Json& document) {
     const InputFile input(options.files.front());
     document["file"] = input.name();
     Session session(options.session);
     const PluginDescription plugin = describePlugin(session.library().path(), session.plugin());
     document["plugin"] = toJson(plugin);
-    const FileInfo info = underItsName(input, [&] {
+    const FileInfo info = asNamed(input, [&] {
       session.open(input.path());
       return describeFile(session);
     });

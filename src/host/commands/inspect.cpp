@@ -21,9 +21,9 @@ struct Inspection {
 
 /// Which text format a plug-in needs it only tells when it recognises a source, so it is shown the
 /// shortest MicroDVD file.
-Inspection inspect(const std::string& named) {
+Inspection inspect(const SessionOptions& options) {
   HostContext context;
-  const PluginLibrary library(findPlugin(named));
+  const PluginLibrary library(findPlugin(options.plugin, options.pluginFolder));
   const PluginHandle plugin = library.create(context);
   const InputFile sample = InputFile::holding("{1}{2}a\n");
   return {describePlugin(library.path(), *plugin), neededFormats(library, sample.path())};
@@ -46,8 +46,8 @@ void write(const Inspection& inspection) {
 }  // namespace
 
 ExitCode runInspect(const Options& options) {
-  answer(options.json, [&](Json& document) {
-    const Inspection inspection = inspect(options.session.plugin);
+  withJson(options.json, [&](Json& document) {
+    const Inspection inspection = inspect(options.session);
     document["plugin"] = toJson(inspection.plugin);
     document["plugin"]["formats"] = inspection.formats;
     if (!options.json) write(inspection);

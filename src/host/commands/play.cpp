@@ -7,7 +7,6 @@
 #include "host/commands/commands.h"
 #include "host/io/environment.h"
 #include "host/io/input_file.h"
-#include "host/io/input_name.h"
 #include "host/io/messages.h"
 #include "host/session/session.h"
 #include "host/text/garbled_texts.h"
@@ -37,7 +36,7 @@ int run(const Options& options) {
   const InputFile input(options.files.front());
   PlayOptions play = options.play;
   Session session(options.session);
-  underItsName(input, [&] { session.open(input.path()); });
+  asNamed(input, [&] { session.open(input.path()); });
   if (!options.session.codePage) play.likelyCodePages = findLikelyCodePages(session);
   if (onTerminal) return playOnTerminal(session, play, depth);
   if (!play.likelyCodePages.empty()) {

@@ -15,7 +15,7 @@ bool isRecognised(const std::string& file, const SessionOptions& options) {
   try {
     return session.probe(InputFile(file).path());
   } catch (const Failure& failure) {
-    reportError(failure.what());
+    reportError(messageOf(failure));
     return false;
   }
 }

@@ -13,6 +13,7 @@
 
 #include "host/export/export_file.h"
 #include "host/export/export_options.h"
+#include "host/io/failure.h"
 #include "host/io/messages.h"
 #include "host/text/visible_text.h"
 
@@ -47,7 +48,7 @@ class Batch {
 
   void exportItem(const ExportItem& item) {
     try {
-      if (!item.trouble.empty()) throw Failure(item.input, "read", item.trouble);
+      if (!item.trouble.empty()) throw Failure(item.input, Step::kRead, item.trouble);
       const std::filesystem::path folder = std::filesystem::path(item.output).parent_path();
       std::error_code error;  // what stands in the way is told when the file cannot be written
       if (!folder.empty()) std::filesystem::create_directories(folder, error);
@@ -57,15 +58,15 @@ class Batch {
       remarks_.insert(remarks_.end(), remarks.begin(), remarks.end());
     } catch (const Failure& failure) {
       // A folder of films holds other texts as well.
-      const bool isOther = item.isFound && item.input.ends_with(".txt") &&
-                           std::string_view(failure.step()) == "probe";
+      const bool isOther =
+          item.isFound && item.input.ends_with(".txt") && failure.step() == Step::kProbe;
       const std::lock_guard lock(mutex_);
       if (isOther) {
         ++skipped_;
       } else {
-        failures_.emplace_back(failure.what());
+        failures_.push_back(messageOf(failure));
       }
-      if (failure.code() == ExitCode::kNoPlugin) code_ = ExitCode::kNoPlugin;
+      if (exitCodeOf(failure) == ExitCode::kNoPlugin) code_ = ExitCode::kNoPlugin;
     } catch (const std::exception& error) {
       const std::lock_guard lock(mutex_);
       failures_.push_back(item.input + ": " + error.what());

@@ -3,8 +3,8 @@
 
 #include <vector>
 
+#include "host/cli/exit_code.h"
 #include "host/export/export_plan.h"
-#include "host/io/failure.h"
 
 namespace Ombe {
 

@@ -2,7 +2,6 @@
 
 #include "host/export/export_options.h"
 #include "host/io/input_file.h"
-#include "host/io/input_name.h"
 #include "host/io/output_file.h"
 #include "host/session/session.h"
 #include "host/session/subtitle.h"
@@ -46,7 +45,7 @@ std::vector<std::string> exportFile(const std::string& input, const std::string&
                                     const ExportOptions& options) {
   const InputFile file(input);
   Session session(options.session);
-  return underItsName(file, [&] { return exportSession(session, file, output, options); });
+  return asNamed(file, [&] { return exportSession(session, file, output, options); });
 }
 
 }  // namespace Ombe

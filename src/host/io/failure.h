@@ -1,4 +1,4 @@
-// What ends a command early.
+// What keeps a source from being played, or an output from being written.
 #pragma once
 
 #include <stdexcept>
@@ -6,38 +6,38 @@
 
 namespace Ombe {
 
-/// Exit codes of the program.
-enum class ExitCode : int {
-  kDone = 0,
-  kRefused = 1,     ///< the source was refused or could not be read, or the output not be written
-  kWrongUsage = 2,  ///< the command line asks for what there is not
-  kNoPlugin = 3,    ///< the plug-in could not be loaded
+/// What was being done.
+enum class Step {
+  kFind,     ///< looking for a plug-in
+  kLoad,     ///< loading it and making a component
+  kRead,     ///< reading the source
+  kConvert,  ///< choosing its code page
+  kProbe,    ///< asking the plug-in whether it is one of its own
+  kOpen,
+  kActivate,  ///< of its program and stream
+  kDeliver,   ///< reading its subtitles
+  kWrite,     ///< writing an output
 };
 
-/// Thrown where a command cannot go on; the message names the file and what is wrong.
+/// A word for programs.
+const char* stepName(Step step);
+
+/// Thrown where there is no going on. Names no options and ends no process: what to advise is for
+/// whoever catches it to know.
 class Failure : public std::runtime_error {
  public:
-  Failure(ExitCode code, const std::string& message)
-      : std::runtime_error(message),
-        code_(code),
-        step_(code == ExitCode::kNoPlugin ? "load" : "start"),
-        reason_(message) {}
-  /// For one file: "FILE: REASON". `step` is a word for what was being done, a literal.
-  Failure(const std::string& file, const char* step, const std::string& reason)
-      : std::runtime_error(file + ": " + reason),
-        code_(ExitCode::kRefused),
-        step_(step),
-        file_(file),
-        reason_(reason) {}
+  Failure(Step step, const std::string& reason)
+      : std::runtime_error(reason), step_(step), reason_(reason) {}
+  /// For one file: "FILE: REASON".
+  Failure(const std::string& file, Step step, const std::string& reason)
+      : std::runtime_error(file + ": " + reason), step_(step), file_(file), reason_(reason) {}
 
-  [[nodiscard]] ExitCode code() const { return code_; }
-  [[nodiscard]] const char* step() const { return step_; }
+  [[nodiscard]] Step step() const { return step_; }
   [[nodiscard]] const std::string& file() const { return file_; }  ///< empty when it is of none
   [[nodiscard]] const std::string& reason() const { return reason_; }
 
  private:
-  ExitCode code_;
-  const char* step_;
+  Step step_;
   std::string file_;
   std::string reason_;
 };

@@ -63,7 +63,7 @@ void InputFile::makeTemporary(const Fill& fill) {
   }
   if (error == 0) return;
   if (file >= 0) ::unlink(path_.c_str());
-  throw Failure(name_, "read", "cannot be copied: " + std::generic_category().message(error));
+  throw Failure(name_, Step::kRead, "cannot be copied: " + std::generic_category().message(error));
 }
 
 }  // namespace Ombe

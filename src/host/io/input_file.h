@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/io/failure.h"
 #include "host/io/temporary_files.h"
 
 namespace Ombe {
@@ -36,5 +37,17 @@ class InputFile {
   std::string path_;
   std::optional<TemporaryFileGuard> guard_;
 };
+
+/// Calls `use`. A Failure that names the file opened, which for standard input is a copy, leaves as
+/// one that names the input.
+template <typename Use>
+auto asNamed(const InputFile& input, const Use& use) {
+  try {
+    return use();
+  } catch (const Failure& failure) {
+    if (failure.file() != input.path()) throw;
+    throw Failure(input.name(), failure.step(), failure.reason());
+  }
+}
 
 }  // namespace Ombe

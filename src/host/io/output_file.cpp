@@ -101,7 +101,8 @@ void OutputFile::close() {
 }
 
 void OutputFile::fail(int error) const {
-  throw Failure(path_, "write", "cannot be written: " + std::generic_category().message(error));
+  throw Failure(path_, Step::kWrite,
+                "cannot be written: " + std::generic_category().message(error));
 }
 
 }  // namespace Ombe

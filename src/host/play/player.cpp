@@ -116,7 +116,7 @@ void Player::readDue() {
     Chunk chunk;
     const Status status = session_.read(chunk);
     if (status == kNothingDue) return;
-    if (status != kSuccess) throw Failure(ExitCode::kRefused, "the next subtitle cannot be read");
+    if (status != kSuccess) throw Failure(Step::kDeliver, "the next subtitle cannot be read");
     allRead_ = !chunk;
     if (allRead_) return;
     captions_.push_back(makeCaption(chunk));

@@ -21,14 +21,14 @@ constexpr std::string_view kLeave = "\x1B[0m\x1B[?7h\x1B[?25h\x1B[?1049l";
 
 void writeAll(int descriptor, std::string_view text) {
   if (const int error = writeBytes(descriptor, text); error != 0) {
-    throw Failure(ExitCode::kRefused,
-                  "standard output: cannot be written: " + std::generic_category().message(error));
+    throw Failure("standard output", Step::kWrite,
+                  "cannot be written: " + std::generic_category().message(error));
   }
 }
 
 Terminal::Terminal() : before_() {
   if (::tcgetattr(STDIN_FILENO, &before_) != 0) {
-    throw Failure(ExitCode::kRefused, "standard input is no terminal");
+    throw Failure("standard input", Step::kRead, "is no terminal");
   }
   try {
     enter();

@@ -24,12 +24,12 @@ void PluginLibrary::Unload::operator()(void* handle) const { ::dlclose(handle); 
 PluginLibrary::PluginLibrary(const std::string& path) : path_(path), handle_(load(path)) {
   if (handle_ == nullptr) {
     const char* reason = ::dlerror();
-    throw Failure(ExitCode::kNoPlugin, "cannot load the plug-in: " +
-                                           std::string(reason == nullptr ? path.c_str() : reason));
+    throw Failure(Step::kLoad, "cannot load the plug-in: " +
+                                   std::string(reason == nullptr ? path.c_str() : reason));
   }
   entryPoint_ = reinterpret_cast<EntryPoint>(::dlsym(handle_.get(), kEntryPointName));
   if (entryPoint_ == nullptr) {
-    throw Failure(ExitCode::kNoPlugin, path + ": not a plug-in: it exports no " + kEntryPointName);
+    throw Failure(Step::kLoad, path + ": not a plug-in: it exports no " + kEntryPointName);
   }
 }
 
@@ -38,7 +38,7 @@ PluginHandle PluginLibrary::create(PluginContext& context) const {
   const Status status = entryPoint_(&context, &plugin);
   PluginHandle handle(plugin);
   if (status != kSuccess || handle == nullptr) {
-    throw Failure(ExitCode::kNoPlugin, path_ + ": the plug-in made no component");
+    throw Failure(Step::kLoad, path_ + ": the plug-in made no component");
   }
   return handle;
 }

@@ -28,10 +28,10 @@ Interface* findInterface(Plugin& plugin, const char* identifier) {
 /// the objects may live on different threads.
 class PluginLibrary {
  public:
-  /// Throws Failure (kNoPlugin) and leaves nothing loaded.
+  /// Throws Failure (kLoad) and leaves nothing loaded.
   explicit PluginLibrary(const std::string& path);
 
-  /// A new component. Throws Failure (kNoPlugin) and what the entry point throws.
+  /// A new component. Throws Failure (kLoad) and what the entry point throws.
   [[nodiscard]] PluginHandle create(PluginContext& context) const;
 
   [[nodiscard]] const std::string& path() const { return path_; }
@@ -47,8 +47,8 @@ class PluginLibrary {
 };
 
 /// Path of the plug-in to load: `given` (the binary, or the folder that it is in) unless empty;
-/// else the first there is in the entries of OMBE_PLUGIN_PATH, the user's plug-in folder, and those
-/// beside the folder of this program. Throws Failure (kNoPlugin) when there is none.
-std::string findPlugin(const std::string& given);
+/// else the first there is in the entries of OMBE_PLUGIN_PATH, the user's plug-in folder, and
+/// `folder`, unless empty. Throws Failure (kFind) when there is none.
+std::string findPlugin(const std::string& given, const std::string& folder);
 
 }  // namespace Ombe

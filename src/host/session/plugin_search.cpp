@@ -29,37 +29,29 @@ void appendEntries(std::string_view list, std::vector<fs::path>& places) {
   }
 }
 
-std::vector<fs::path> searchPlaces() {
+std::vector<fs::path> searchPlaces(const std::string& folder) {
   std::vector<fs::path> places;
   appendEntries(environment("OMBE_PLUGIN_PATH"), places);
   if (const std::string_view home = environment("HOME"); !home.empty()) {
     places.push_back(fs::path(home) / ".local/lib" / kPluginFolder);
   }
-  std::error_code unknown;
-  const fs::path program = fs::read_symlink("/proc/self/exe", unknown);
-  if (unknown) return places;
-  const fs::path prefix = program.parent_path().parent_path();
-  for (const char* libraries : {OMBE_LIBRARY_FOLDER, "lib"}) {
-    const fs::path place = prefix / libraries / kPluginFolder;
-    if (places.empty() || places.back() != place) places.push_back(place);
-  }
+  if (!folder.empty()) places.emplace_back(folder);
   return places;
 }
 
 }  // namespace
 
-std::string findPlugin(const std::string& given) {
+std::string findPlugin(const std::string& given, const std::string& folder) {
   // Absolute, since the loader looks elsewhere for a name without a slash.
   if (!given.empty()) return fs::absolute(binaryAt(given)).string();
   std::string looked;
-  for (const fs::path& place : searchPlaces()) {
+  for (const fs::path& place : searchPlaces(folder)) {
     std::error_code ignored;
     const fs::path binary = binaryAt(place);
     if (fs::is_regular_file(binary, ignored)) return fs::absolute(binary).string();
     looked.append(looked.empty() ? "" : ", ").append(place.string());
   }
-  throw Failure(ExitCode::kNoPlugin, std::string("no plug-in found: no ") + kPluginFile + " in " +
-                                         looked + "; name it with --plugin or OMBE_PLUGIN_PATH");
+  throw Failure(Step::kFind, std::string("no plug-in found: no ") + kPluginFile + " in " + looked);
 }
 
 }  // namespace Ombe

@@ -12,13 +12,13 @@
 namespace Ombe {
 Session::Session(const SessionOptions& options)
     : options_(options),
-      library_(findPlugin(options.plugin)),
+      library_(findPlugin(options.plugin, options.pluginFolder)),
       controller_(settings_),
       host_(controller_),
       plugin_(library_.create(context_)) {
   container_ = findInterface<ContainerInterface>(*plugin_, kContainerInterfaceId);
   if (container_ == nullptr) {
-    throw Failure(ExitCode::kNoPlugin, library_.path() + ": the plug-in offers no container");
+    throw Failure(Step::kLoad, library_.path() + ": the plug-in offers no container");
   }
   host_.setPreferredLanguage(options_.language);
   host_.setTimeOffset(options_.offsetMs);
@@ -50,13 +50,14 @@ bool Session::probe(const std::string& file) {
 
 void Session::open(const std::string& file) {
   if (!probe(file)) {
-    throw Failure(file, "probe", "not recognised: its first line does not read {first}{last}text");
+    throw Failure(file, Step::kProbe,
+                  "not recognised: its first line does not read {first}{last}text");
   }
   if (container_->open(MediaSource(toByteString(sourceUri(file)))) != kSuccess) {
     throw Failure(
-        file, "open",
+        file, Step::kOpen,
         "could not be opened: its name must end in .sub or .txt, and every line must read "
-        "{first}{last}text; ombe check says what is wrong");
+        "{first}{last}text");
   }
   file_ = file;
   opened_ = true;
@@ -67,12 +68,13 @@ void Session::activate() {
   const UIDList programs = container_->getProgramUIDs();
   if (programs.head() == nullptr ||
       container_->activateProgram(programs.head()->value) != kSuccess) {
-    throw Failure(file_, "activate", "its program could not be activated");
+    throw Failure(file_, Step::kActivate, "its program could not be activated");
   }
   stream_ = host_.selectedStream();
-  if (stream_ == nullptr) throw Failure(file_, "activate", "the plug-in selected no stream of it");
+  if (stream_ == nullptr)
+    throw Failure(file_, Step::kActivate, "the plug-in selected no stream of it");
   if (stream_->setTimeSource(&clock_) != kSuccess) {
-    throw Failure(file_, "activate", "its stream takes no clock");
+    throw Failure(file_, Step::kActivate, "its stream takes no clock");
   }
 }
 
@@ -88,7 +90,8 @@ void Session::readToEnd(const std::function<void(const Chunk&)>& take) {
   for (;;) {
     Chunk chunk;
     // The clock stands still: what is not due now never will be, so asking again is no use.
-    if (read(chunk) != kSuccess) throw Failure(file_, "deliver", "reading stopped before the end");
+    if (read(chunk) != kSuccess)
+      throw Failure(file_, Step::kDeliver, "reading stopped before the end");
     if (!chunk) return;
     take(chunk);
   }
@@ -97,7 +100,7 @@ void Session::readToEnd(const std::function<void(const Chunk&)>& take) {
 void Session::check(const std::string& file) const {
   requireReadable(file);
   if (options_.codePage && !isKnownCodePage(*options_.codePage)) {
-    throw Failure(file, "convert", "unknown code page '" + *options_.codePage + "'");
+    throw Failure(file, Step::kConvert, "unknown code page '" + *options_.codePage + "'");
   }
 }
 

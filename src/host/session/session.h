@@ -21,9 +21,10 @@ class MediaSource;
 struct SessionOptions {
   std::optional<Ratio> frameRate = std::nullopt;  ///< zero parts are the plug-in's to judge
   std::optional<std::string> codePage = std::nullopt;
-  std::string language = {};  ///< preferred; "en", "en-US" or empty
-  std::int32_t offsetMs = 0;  ///< added to every time
-  std::string plugin = {};    ///< path; empty to search for it
+  std::string language = {};      ///< preferred; "en", "en-US" or empty
+  std::int32_t offsetMs = 0;      ///< added to every time
+  std::string plugin = {};        ///< path; empty to search for it
+  std::string pluginFolder = {};  ///< where the search ends; may be empty
 };
 
 /// Drives one component through its slots, as an engine would: load, attach and controller at
@@ -32,7 +33,7 @@ struct SessionOptions {
 /// controller. Sessions on different threads share nothing.
 class Session {
  public:
-  /// Throws Failure (kNoPlugin).
+  /// Throws Failure (kFind, kLoad).
   explicit Session(const SessionOptions& options);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;

@@ -21,12 +21,12 @@ void requireReadable(const std::string& file) {
   } else if (fs::is_directory(file, error)) {
     error = std::make_error_code(std::errc::is_a_directory);
   }
-  if (error) throw Failure(file, "read", "cannot be read: " + error.message());
+  if (error) throw Failure(file, Step::kRead, "cannot be read: " + error.message());
   if (!fs::is_regular_file(file)) {  // a plug-in reads it more than once
-    throw Failure(file, "read", "is not a regular file: pipe it in, with - as its name");
+    throw Failure(file, Step::kRead, "is not a regular file");
   }
   if (!isUtf8(fs::absolute(file).string())) {
-    throw Failure(file, "read",
+    throw Failure(file, Step::kRead,
                   "its path is not UTF-8, so no URI can name it: rename the file or folder");
   }
 }

@@ -1,0 +1,54 @@
+#include "host/cli/exit_code.h"
+
+#include <nlohmann/json.hpp>
+
+#include "host/io/failure.h"
+#include "host/io/json_output.h"
+
+namespace Ombe {
+namespace {
+
+/// What to try next, to be joined to the reason; empty where nothing is known to help.
+const char* adviceOn(Step step) {
+  switch (step) {
+    case Step::kFind:
+      return "; name it with --plugin or OMBE_PLUGIN_PATH";
+    case Step::kOpen:
+      return "; ombe check says what is wrong";
+    case Step::kLoad:
+    case Step::kRead:
+    case Step::kConvert:
+    case Step::kProbe:
+    case Step::kActivate:
+    case Step::kDeliver:
+    case Step::kWrite:
+      break;
+  }
+  return "";
+}
+
+}  // namespace
+
+ExitCode exitCodeOf(const Failure& failure) {
+  const bool isOfPlugin = failure.step() == Step::kFind || failure.step() == Step::kLoad;
+  return isOfPlugin ? ExitCode::kNoPlugin : ExitCode::kRefused;
+}
+
+std::string messageOf(const Failure& failure) {
+  return std::string(failure.what()) + adviceOn(failure.step());
+}
+
+void withJson(bool isWanted, const std::function<void(Json& document)>& fill) {
+  Json document = {{"version", kJsonVersion}};
+  try {
+    fill(document);
+  } catch (const Failure& failure) {
+    document["error"] = errorJson(failure.file(), stepName(failure.step()),
+                                  failure.reason() + adviceOn(failure.step()));
+    if (isWanted) writeJson(document);
+    throw;
+  }
+  if (isWanted) writeJson(document);
+}
+
+}  // namespace Ombe
