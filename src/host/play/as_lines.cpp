@@ -16,14 +16,7 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::microseconds;
 
 std::string makeLine(const Caption& caption, ColorOrder order, ColorDepth depth) {
-  std::string line;
-  const auto appendTime = [&line](std::int64_t time) {
-    appendTimecode(
-        line, static_cast<std::uint32_t>(std::clamp<std::int64_t>(time, 0, Player::kEnd)), '.');
-  };
-  appendTime(caption.start);
-  line += " --> ";
-  appendTime(caption.end);
+  std::string line = timeText(caption.start) + " --> " + timeText(caption.end);
   const char* separator = "  ";
   for (const StyledLine& part : parseMarkup(caption.text, order)) {
     line += separator;
@@ -35,24 +28,20 @@ std::string makeLine(const Caption& caption, ColorOrder order, ColorDepth depth)
 
 /// Real time until something begins, or for a while, since the end of a subtitle is not announced.
 microseconds untilNext(const Player& player) {
-  constexpr std::int64_t kLongest = 50000;
+  constexpr std::int64_t kLongestSleep = 50000;
   const auto next = player.nextTime();
-  if (!next) return microseconds(kLongest);
+  if (!next) return microseconds(kLongestSleep);
   const std::int64_t away = (*next - player.position()) * 1000 * 1000 / player.speed();
-  return microseconds(std::clamp<std::int64_t>(away, 0, kLongest));
+  return microseconds(std::clamp<std::int64_t>(away, 0, kLongestSleep));
 }
 
 }  // namespace
 
 void playAsLines(Session& session, const PlayOptions& options, ColorDepth depth) {
   std::string lines;
-  bool begun = false;
-  Player player(session, [&](const Caption& caption) {
-    if (begun) lines += makeLine(caption, options.colorOrder, depth);
+  Player player(session, options.start, options.speed, [&](const Caption& caption) {
+    lines += makeLine(caption, options.colorOrder, depth);
   });
-  player.setSpeed(options.speed);
-  begun = true;
-  player.seek(options.start);
   auto before = Clock::now();
   for (;;) {
     writeAll(STDOUT_FILENO, lines);

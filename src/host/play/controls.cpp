@@ -19,14 +19,6 @@ constexpr char kHelp[] =
 
 constexpr std::int32_t kSpeeds[] = {250, 500, 750, 1000, 1250, 1500, 2000, 4000, 8000, 16000};
 
-std::string timeText(std::int64_t milliseconds) {
-  std::string text;
-  appendTimecode(
-      text, static_cast<std::uint32_t>(std::clamp<std::int64_t>(milliseconds, 0, Player::kEnd)),
-      '.');
-  return text;
-}
-
 }  // namespace
 
 struct Controls::Binding {
@@ -65,8 +57,8 @@ void Controls::press(KeyPress press) {
 }
 
 void Controls::pressInPrompt(KeyPress press) {
-  constexpr std::size_t kLongest = 16;
-  if (press.key == Key::kCharacter && typed_->size() < kLongest) {
+  constexpr std::size_t kPromptSize = 16;
+  if (press.key == Key::kCharacter && typed_->size() < kPromptSize) {
     *typed_ += press.character;
   } else if (press.key == Key::kBackspace && !typed_->empty()) {
     typed_->pop_back();
@@ -135,12 +127,14 @@ std::string Controls::status() const {
   } else if (player_.isPaused()) {
     state = "paused";
   }
+  // What was chosen stands in front: a narrow terminal cuts the end off.
   const auto next = player_.nextTime();
-  std::string text = fmt::format(
-      " {} {}  {}x  next {}  {}  {}", state, timeText(player_.position()), player_.speed() / 1000.0,
-      next ? timeText(*next) : "none", tuning_.frameRateName(), tuning_.codePageName());
-  if (player_.offset() != 0) text += fmt::format("  {:+} ms", player_.offset());
-  return visibleText(text);
+  const std::string offset =
+      player_.offset() == 0 ? "" : fmt::format("  {:+} ms", player_.offset());
+  return visibleText(fmt::format(" {} {}  {}x{}  next {}  {}  {}", state,
+                                 timeText(player_.position()), player_.speed() / 1000.0, offset,
+                                 next ? timeText(*next) : "none", tuning_.frameRateName(),
+                                 tuning_.codePageName()));
 }
 
 }  // namespace Ombe

@@ -62,10 +62,8 @@ int runLoop(Player& player, Controls& controls, ColorDepth depth) {
 }  // namespace
 
 int playOnTerminal(Session& session, const PlayOptions& options, ColorDepth depth) {
-  Player player(session);
-  player.setSpeed(options.speed);
-  player.seek(options.start);
-  Tuning tuning(session.controller(), options.likelyCodePages);
+  Player player(session, options.start, options.speed);
+  Tuning tuning(session.controller(), options.likelyCodePages, options.fileRate);
   Controls controls(player, tuning, options.colorOrder);
   return runLoop(player, controls, depth);
 }

@@ -16,11 +16,13 @@ constexpr std::int64_t kBackwardWindow = 60000;
 
 }  // namespace
 
-Player::Player(Session& session, std::function<void(const Caption&)> onBegin)
+Player::Player(Session& session, std::int64_t start, std::int32_t speed,
+               std::function<void(const Caption&)> onBegin)
     : session_(session),
       onBegin_(std::move(onBegin)),
+      speed_(speed),
       offset_(static_cast<std::int32_t>(session.host().getTimeOffset())) {
-  refresh();
+  seek(start);
 }
 
 void Player::advance(microseconds real) {

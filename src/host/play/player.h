@@ -32,9 +32,10 @@ class Player {
   static constexpr std::int64_t kEnd = 0xFFFFFFFF;  ///< the last time that a subtitle can have
   static constexpr std::int32_t kNormalSpeed = 1000;
 
-  /// Stands at 0, plays forward at normal speed. `onBegin` is called once for every subtitle that
-  /// begins to show while the time moves on, or shows where it was put to.
-  explicit Player(Session& session, std::function<void(const Caption&)> onBegin = {});
+  /// `onBegin` is called once for every subtitle that begins to show while the time moves on, or
+  /// shows where it was put to.
+  explicit Player(Session& session, std::int64_t start = 0, std::int32_t speed = kNormalSpeed,
+                  std::function<void(const Caption&)> onBegin = {});
 
   void advance(std::chrono::microseconds real);
   void seek(std::int64_t milliseconds);
@@ -68,7 +69,7 @@ class Player {
   Session& session_;
   std::function<void(const Caption&)> onBegin_;
   std::chrono::microseconds position_{0};
-  std::int32_t speed_ = kNormalSpeed;
+  std::int32_t speed_;
   std::int32_t offset_;
   bool paused_ = false;
   bool allRead_ = false;          // in the direction

@@ -14,11 +14,12 @@ double valueOf(Ratio ratio) { return double{ratio.numerator * 1.0} / ratio.denom
 
 }  // namespace
 
-Tuning::Tuning(HostController& settings, const std::vector<std::string>& likely)
+Tuning::Tuning(HostController& settings, const std::vector<std::string>& likely,
+               const std::string& fileRate)
     : settings_(settings),
       // A zero part means the file's own rate, and lets the plug-in say what that is.
-      rates_{{"file's rate", {0, 1}}, {"23.976 fps", {24000, 1001}}, {"24 fps", {24, 1}},
-             {"25 fps", {25, 1}},     {"29.97 fps", {30000, 1001}},  {"30 fps", {30, 1}}},
+      rates_{{fileRate, {0, 1}},  {"23.976 fps", {24000, 1001}}, {"24 fps", {24, 1}},
+             {"25 fps", {25, 1}}, {"29.97 fps", {30000, 1001}},  {"30 fps", {30, 1}}},
       codePages_(likely) {
   for (const char* usual : {"windows-1250", "windows-1251", "windows-1252", "ISO-8859-2", "IBM852",
                             "KOI8-R", "IBM866", "UTF-8"}) {
@@ -35,9 +36,9 @@ void Tuning::findRate() {
   if (!settings_.getValue(frameRateSetting(), value)) return;
   const Ratio set = value.asRatio().value_or(Ratio{0, 1});
   if (set.numerator == 0 || set.denominator == 0) return;
-  constexpr double kAlike = 0.001;
+  constexpr double kTolerance = 0.001;  // 23.976 is 24000/1001
   const auto found = std::find_if(rates_.begin(), rates_.end(), [set](const Rate& rate) {
-    return std::abs(valueOf(rate.ratio) - valueOf(set)) < kAlike;
+    return std::abs(valueOf(rate.ratio) - valueOf(set)) < kTolerance;
   });
   rate_ = static_cast<std::size_t>(found - rates_.begin());
   if (found == rates_.end()) rates_.push_back({fmt::format("{:.6g} fps", valueOf(set)), set});

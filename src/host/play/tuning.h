@@ -13,8 +13,10 @@ namespace Ombe {
 /// plug-in. One thread at a time.
 class Tuning {
  public:
-  /// Of the code pages, those that are `likely` come first.
-  Tuning(HostController& settings, const std::vector<std::string>& likely);
+  /// Code pages that are `likely` come first. `fileRate` names the rate that is used when none is
+  /// chosen.
+  Tuning(HostController& settings, const std::vector<std::string>& likely,
+         const std::string& fileRate);
 
   void stepFrameRate(int step);  ///< 1 or -1
   /// False when the text does not depend on it, since a signature in the file has named its own.

@@ -1,10 +1,13 @@
 #include "host/text/number_text.h"
 
+#include <algorithm>
 #include <limits>
 #include <system_error>
 
 namespace Ombe {
 namespace {
+
+constexpr std::uint32_t kLastTime = std::numeric_limits<std::uint32_t>::max();
 
 /// Digits only, and at least one.
 std::optional<std::uint32_t> parseNumber(std::string_view digits) {
@@ -43,6 +46,13 @@ std::optional<Ratio> makeRatio(std::optional<std::uint32_t> numerator,
 
 }  // namespace
 
+std::string timeText(std::int64_t milliseconds) {
+  std::string text;
+  appendTimecode(
+      text, static_cast<std::uint32_t>(std::clamp<std::int64_t>(milliseconds, 0, kLastTime)), '.');
+  return text;
+}
+
 std::optional<std::uint32_t> parseTime(std::string_view text) {
   const std::size_t point = text.find_first_of(".,");
   const auto seconds = parseSeconds(text.substr(0, point));
@@ -50,7 +60,7 @@ std::optional<std::uint32_t> parseTime(std::string_view text) {
       point == std::string_view::npos ? std::uint32_t{0} : parseFraction(text.substr(point + 1));
   if (!seconds || !fraction) return std::nullopt;
   const std::uint64_t milliseconds = *seconds * 1000 + *fraction;
-  if (milliseconds > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
+  if (milliseconds > kLastTime) return std::nullopt;
   return static_cast<std::uint32_t>(milliseconds);
 }
 

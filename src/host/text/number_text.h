@@ -45,6 +45,9 @@ inline void appendTimecode(std::string& out, std::uint32_t milliseconds, char se
   pair(milliseconds % 100);
 }
 
+/// The same with a point, of a time that may lie outside of 32 bits and is then put to their end.
+std::string timeText(std::int64_t milliseconds);
+
 /// Milliseconds of "90", "1:30", "1:02:03.5" and the like; the parts before the last colon may have
 /// any size. Nothing for another form, and beyond the last 32-bit millisecond.
 std::optional<std::uint32_t> parseTime(std::string_view text);
