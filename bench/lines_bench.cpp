@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "microdvd/line_scan.h"
-#include "microdvd/style_codes.h"
-#include "microdvd/text_tokenizer.h"
+#include "microdvd/lines/line_scan.h"
+#include "microdvd/lines/style_codes.h"
+#include "microdvd/lines/text_tokenizer.h"
 #include "subtitles.h"
 
 namespace {

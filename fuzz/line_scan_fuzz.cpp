@@ -1,5 +1,5 @@
 // The line scan reads what the platform's sscanf reads.
-#include "microdvd/line_scan.h"
+#include "microdvd/lines/line_scan.h"
 #include "support.h"
 
 using ombe_fuzz::ExactText;

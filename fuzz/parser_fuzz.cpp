@@ -1,6 +1,6 @@
 // The parser makes the entries that splitting, scanning and rating by the C library makes.
+#include "microdvd/lines/style_codes.h"
 #include "microdvd/microdvd_parser.h"
-#include "microdvd/style_codes.h"
 #include "stream/media_buffer_allocator.h"
 #include "stream/text_chunk.h"
 #include "support.h"

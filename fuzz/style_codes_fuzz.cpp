@@ -1,7 +1,7 @@
 // Style codes: one marker at most becomes tags, and what stands behind it stays.
 #include <cctype>
 
-#include "microdvd/style_codes.h"
+#include "microdvd/lines/style_codes.h"
 #include "support.h"
 
 using ombe_fuzz::ExactText;

@@ -1,5 +1,5 @@
 // The tokenizer finds the tokens, and leaves the text, that looking at byte after byte does.
-#include "microdvd/text_tokenizer.h"
+#include "microdvd/lines/text_tokenizer.h"
 #include "support.h"
 
 using ombe_fuzz::ExactText;

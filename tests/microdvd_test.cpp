@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "container/stream_choice.h"
-#include "microdvd/frame_rate.h"
-#include "microdvd/line_scan.h"
-#include "microdvd/style_codes.h"
-#include "microdvd/text_tokenizer.h"
+#include "microdvd/lines/frame_rate.h"
+#include "microdvd/lines/line_scan.h"
+#include "microdvd/lines/style_codes.h"
+#include "microdvd/lines/text_tokenizer.h"
 #include "ombe_core/string_tools.h"
 #include "support/table.h"
 

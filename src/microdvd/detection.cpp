@@ -1,9 +1,9 @@
 // Whether a source is a MicroDVD file.
 #include <limits>
 
-#include "microdvd/line_scan.h"
+#include "microdvd/lines/line_scan.h"
+#include "microdvd/lines/text_tokenizer.h"
 #include "microdvd/microdvd_container.h"
-#include "microdvd/text_tokenizer.h"
 #include "ombe_core/media_source.h"
 #include "ombe_core/plugin_context.h"
 #include "text/file_reader.h"

@@ -5,7 +5,7 @@
 #include <map>
 
 #include "container/subtitle_parser_template.h"
-#include "microdvd/frame_rate.h"
+#include "microdvd/lines/frame_rate.h"
 #include "ombe_core/plugin.h"
 
 namespace Ombe {

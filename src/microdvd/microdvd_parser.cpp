@@ -4,8 +4,8 @@
 #include <memory>
 #include <utility>
 
-#include "microdvd/style_codes.h"
-#include "microdvd/text_tokenizer.h"
+#include "microdvd/lines/style_codes.h"
+#include "microdvd/lines/text_tokenizer.h"
 #include "ombe_core/logger.h"
 #include "stream/text_chunk.h"
 

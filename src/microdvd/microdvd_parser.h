@@ -5,9 +5,9 @@
 #include <functional>
 #include <string_view>
 
-#include "microdvd/frame_rate.h"
 #include "microdvd/line_buffer.h"
-#include "microdvd/line_scan.h"
+#include "microdvd/lines/frame_rate.h"
+#include "microdvd/lines/line_scan.h"
 #include "ombe_core/buffer_allocator.h"
 #include "stream/entry_list.h"
 

@@ -7,7 +7,7 @@
 #include "host/check/style_check.h"
 #include "host/check/text_encoding_check.h"
 #include "host/check/timing_check.h"
-#include "microdvd/line_scan.h"
+#include "microdvd/lines/line_scan.h"
 
 namespace Ombe {
 namespace {

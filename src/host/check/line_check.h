@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/check/findings.h"
-#include "microdvd/frame_rate.h"
+#include "microdvd/lines/frame_rate.h"
 
 namespace Ombe {
 

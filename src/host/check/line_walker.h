@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "microdvd/text_tokenizer.h"
+#include "microdvd/lines/text_tokenizer.h"
 
 namespace Ombe {
 

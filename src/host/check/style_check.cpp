@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "microdvd/style_codes.h"
+#include "microdvd/lines/style_codes.h"
 
 namespace Ombe {
 namespace {

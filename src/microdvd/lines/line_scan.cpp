@@ -1,8 +1,8 @@
-#include "microdvd/line_scan.h"
+#include "microdvd/lines/line_scan.h"
 
 #include <cstring>
 
-#include "microdvd/number_scan.h"
+#include "microdvd/lines/number_scan.h"
 
 namespace Ombe {
 namespace {

@@ -1,6 +1,6 @@
-#include "microdvd/frame_rate.h"
+#include "microdvd/lines/frame_rate.h"
 
-#include "microdvd/number_scan.h"
+#include "microdvd/lines/number_scan.h"
 
 namespace Ombe {
 namespace {

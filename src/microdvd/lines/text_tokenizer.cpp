@@ -1,4 +1,4 @@
-#include "microdvd/text_tokenizer.h"
+#include "microdvd/lines/text_tokenizer.h"
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "microdvd/style_codes.h"
+#include "microdvd/lines/style_codes.h"
 
 #include <algorithm>
 
