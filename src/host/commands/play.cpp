@@ -5,6 +5,7 @@
 
 #include "host/cli/options.h"
 #include "host/commands/commands.h"
+#include "host/io/descriptor_io.h"
 #include "host/io/environment.h"
 #include "host/io/input_file.h"
 #include "host/io/messages.h"
@@ -18,6 +19,23 @@ bool isScreen() {
   return ::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0 &&
          environment("TERM") != "dumb";
 }
+
+/// Says on a terminal, while it lives, that a large file takes its time. What goes wrong with the
+/// terminal is told when there is something to play on it.
+class LoadingNotice {
+ public:
+  explicit LoadingNotice(bool onTerminal) : onTerminal_(onTerminal) { write("loading ...\r"); }
+  LoadingNotice(const LoadingNotice&) = delete;
+  LoadingNotice& operator=(const LoadingNotice&) = delete;
+  ~LoadingNotice() { write("\x1B[K"); }
+
+ private:
+  void write(std::string_view text) const {
+    if (onTerminal_) static_cast<void>(writeBytes(STDOUT_FILENO, text));
+  }
+
+  const bool onTerminal_;
+};
 
 /// Guesses for a file that needs a code page and got none.
 std::vector<std::string> findLikelyCodePages(Session& session) {
@@ -36,8 +54,11 @@ int run(const Options& options) {
   const InputFile input(options.files.front());
   PlayOptions play = options.play;
   Session session(options.session);
-  asNamed(input, [&] { session.open(input.path()); });
-  if (!options.session.codePage) play.likelyCodePages = findLikelyCodePages(session);
+  {
+    const LoadingNotice notice(onTerminal);
+    asNamed(input, [&] { session.open(input.path()); });
+    if (!options.session.codePage) play.likelyCodePages = findLikelyCodePages(session);
+  }
   if (onTerminal) return playOnTerminal(session, play, depth);
   if (!play.likelyCodePages.empty()) {
     reportError(input.name() + ": not UTF-8: try --code-page " + play.likelyCodePages.front());
