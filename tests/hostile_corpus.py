@@ -146,6 +146,11 @@ def names(_samples, _share):
         yield name + " bad", GOOD + b"bad\n"
 
 
+def shown(name):
+    """A file's name in messages: control characters as their pictures."""
+    return "".join(chr(0x2400 + ord(c)) if c < " " else c for c in name)
+
+
 def write_corpus(folder, samples, quick):
     """Files by class; a share of 1 is everything."""
     classes = {truncations: 29, braces: 30, digits: 20, nuls: 11, surrogates: 1, signatures: 1,
@@ -192,8 +197,8 @@ class Checker:
         """Which of the files are recognised."""
         code, output, _ = self.run("probe", *options, *files)
         answers = {True: ": MicroDVD\n", False: ": not recognised\n"}
-        recognised = {file: file + answers[True] in output for file in files}
-        if output != "".join(file + answers[recognised[file]] for file in files):
+        recognised = {file: shown(file) + answers[True] in output for file in files}
+        if output != "".join(shown(file) + answers[recognised[file]] for file in files):
             self.complaints.append(f"probe {files[0]} ...: not one line a file")
         if code != (0 if all(recognised.values()) else 1):
             self.complaints.append(f"probe {files[0]} ...: exit code {code} for these answers")
@@ -206,7 +211,7 @@ class Checker:
         export_code, _, export_errors = self.run("export", "-f", form, file)
         if code != export_code or (code == 0 and not recognised):
             self.complaints.append(f"{file}: recognised {recognised}, info {code}, export {export_code}")
-        if code == 1 and not (file in errors and file in export_errors):
+        if code == 1 and not (shown(file) in errors and shown(file) in export_errors):
             self.complaints.append(f"{file}: refused without its name: {errors[:200]}{export_errors[:200]}")
         return code == 0
 
