@@ -1,11 +1,12 @@
 #!/bin/sh
-# Asks the built files what the linker made of them.
-#   linking_test.sh NM READELF SANITIZERS PLUGIN FILE...
-# All files must be hardened; the plug-in must further export one symbol, link no ICU, stay loaded
-# and carry no search path. SANITIZERS is empty, or says which checks cannot hold.
+# Asks built files what compiler and linker made of them.
+#   linking_test.sh NM READELF TREE FLAGS PLUGIN FILE...
+# No binary anywhere in TREE may search the current folder for libraries, and all sources of its
+# compile_commands.json, if it has one, are compiled with FLAGS. All files must be hardened; the
+# plug-in must further export one symbol, link no ICU, stay loaded and carry no search path.
 set -eu
-nm=$1 readelf=$2 sanitizers=$3 plugin=$4
-shift 3
+nm=$1 readelf=$2 tree=$3 flags=$4 plugin=$5
+shift 4
 failures=0
 
 fault() {
@@ -39,6 +40,28 @@ plugin_only() {
   check_not 'has a search path' "$dynamic" 'RPATH|RUNPATH'
 }
 
+# The loader takes an empty element, like any relative one, below the current folder.
+searched=$(find "$tree" -path '*/CMakeFiles' -prune -o -type f \( -perm -u+x -o -name '*.so*' \) \
+  -exec "$readelf" -dW {} + 2>/dev/null | awk '
+    /^File: / { file = substr($0, 7); files++ }
+    /\((RPATH|RUNPATH)\)/ {
+      gsub(/.*\[|\]$/, "")
+      count = split($0 ":", element, ":") - 1
+      for (i = 1; i <= count; i++)
+        if (element[i] !~ /^(\/|\$ORIGIN(\/|$))/) printf "%s searches \"%s\"\n", file, element[i]
+    }
+    END { if (files < 3) print "hardly a binary was found" }')
+file=$tree
+[ -z "$searched" ] || fault "$searched"
+
+commands="$tree/compile_commands.json"
+if [ -f "$commands" ]; then
+  for flag in $flags; do
+    file=$commands
+    check_not "compiled without $flag" "$(grep '"command":' "$commands" | grep -vF -- " $flag ")" .
+  done
+fi
+
 for file in "$@"; do
   header=$("$readelf" -hW "$file")
   segments=$("$readelf" -lW "$file")
@@ -47,5 +70,4 @@ for file in "$@"; do
   hardened
   [ "$file" != "$plugin" ] || plugin_only
 done
-[ -z "$sanitizers" ] || printf 'built with -fsanitize=%s\n' "$sanitizers"
 [ "$failures" = 0 ] && printf '%s files checked\n' "$#"

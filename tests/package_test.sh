@@ -44,6 +44,10 @@ for file in doc/ombe/copyright doc/ombe/changelog.Debian.gz man/man1/ombe.1.gz \
 done
 grep -rlF "$tree" "$root/usr" && fault 'the files above name the folder that they were built in'
 
+libraries=$(dirname "$root"/usr/lib/*/ombe)
+"$(dirname "$0")/linking_test.sh" nm readelf "$root" '' "$libraries/ombe/microdvd.so" \
+  "$libraries"/libombe_core.so.?.?.? "$root/usr/bin/ombe" || fault 'not linked as it should be'
+
 # The program works from wherever it was unpacked, with the plug-in that came along.
 cd /
 info=$("$root/usr/bin/ombe" info "$sample") || fault 'ombe does not run'

@@ -30,9 +30,7 @@ std::string pluginsBesideProgram() {
   std::error_code error;
   const fs::path program = fs::read_symlink("/proc/self/exe", error);
   if (error) return {};
-  const fs::path prefix = program.parent_path().parent_path();
-  const fs::path plugins = prefix / OMBE_LIBRARY_FOLDER / "ombe";
-  return fs::is_directory(plugins, error) ? plugins : prefix / "lib/ombe";
+  return (program.parent_path() / OMBE_PLUGINS_FROM_PROGRAM).lexically_normal();
 }
 
 Ombe::ExitCode run(int argc, char** argv) {
