@@ -1,7 +1,5 @@
 #include "host/play/screen.h"
 
-#include <algorithm>
-
 #include "host/play/text_width.h"
 
 namespace Ombe {
@@ -10,7 +8,7 @@ namespace {
 std::string blanks(int count) { return std::string(static_cast<std::size_t>(count), ' '); }
 
 std::string centred(const StyledLine& line, int columns, ColorDepth depth) {
-  std::string row = blanks(std::max(0, (columns - cellCount(line)) / 2));
+  std::string row = blanks((columns - cellCount(line)) / 2);
   for (const Span& span : line) appendStyled(row, span, depth);
   return row;
 }
