@@ -3,6 +3,7 @@
 #include <csignal>
 #include <string_view>
 
+#include "host/check/stated_rate.h"
 #include "host/cli/options.h"
 #include "host/commands/commands.h"
 #include "host/io/descriptor_io.h"
@@ -10,6 +11,7 @@
 #include "host/io/input_file.h"
 #include "host/io/messages.h"
 #include "host/session/session.h"
+#include "host/session/settings.h"
 #include "host/text/garbled_texts.h"
 
 namespace Ombe {
@@ -37,6 +39,18 @@ class LoadingNotice {
   const bool onTerminal_;
 };
 
+/// With a rate that was chosen, the plug-in reads no header.
+std::string findFileRate(Session& session, const std::string& path, bool isChosen) {
+  SettingValue value;
+  const auto get = [&](const Setting& setting) {
+    return !isChosen && session.controller().getValue(setting, value);
+  };
+  const bool hasSignature = get(autodetectedSetting()) && value.asBoolean().value_or(false);
+  const String* codePage = hasSignature && get(codePageSetting()) ? value.asString() : nullptr;
+  return fileRateText(isChosen ? "" : path,
+                      codePage == nullptr ? "" : std::string(view(*codePage)));
+}
+
 /// Guesses for a file that needs a code page and got none.
 std::vector<std::string> findLikelyCodePages(Session& session) {
   GarbledTexts garbled;
@@ -57,6 +71,7 @@ int run(const Options& options) {
   {
     const LoadingNotice notice(onTerminal);
     asNamed(input, [&] { session.open(input.path()); });
+    play.fileRate = findFileRate(session, input.path(), options.session.frameRate.has_value());
     if (!options.session.codePage) play.likelyCodePages = findLikelyCodePages(session);
   }
   if (onTerminal) return playOnTerminal(session, play, depth);

@@ -1,0 +1,62 @@
+#include "host/check/stated_rate.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <fstream>
+#include <string_view>
+
+#include "host/text/code_page.h"
+#include "microdvd/lines/frame_rate.h"
+#include "microdvd/lines/line_scan.h"
+
+namespace Ombe {
+namespace {
+
+/// Whole lines from the beginning of the file, as the plug-in splits them.
+std::string firstLines(const std::string& path, const std::string& codePage) {
+  constexpr std::size_t kEnd = std::size_t{1} << 16;  // bytes; a header comes before every text
+  std::string head(kEnd, '\0');
+  std::ifstream file(path, std::ios::binary);
+  file.read(head.data(), kEnd);
+  head.resize(static_cast<std::size_t>(file.gcount()));
+  if (codePage.empty() || !isKnownCodePage(codePage)) return head;
+  // The end of the head may be half a character, which would refuse all of it.
+  CodePageReader reader(codePage);
+  for (std::size_t size = head.size(); size + 4 > head.size() && size > 0; --size) {
+    if (auto text = reader.read(std::string_view(head).substr(0, size))) return std::move(*text);
+  }
+  return {};
+}
+
+bool isHeader(const ScannedLine& line) {
+  return line.firstFrame == 1 && line.lastFrame == 1 && line.textLength < kHeaderLimit;
+}
+
+/// Unset where no header line states one.
+FrameRate statedRate(std::string_view text) {
+  while (!text.empty()) {
+    const std::string line(text.substr(0, text.find_first_of("\r\n")));
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+    const ScannedLine scanned = scanLine(line.c_str());
+    if (scanned.count < 3) continue;
+    std::string header(scanned.text, scanned.textLength);
+    const HeaderReading reading = isHeader(scanned) ? readHeader(header.data()) : HeaderReading{};
+    if (!reading.isHeader) break;
+    if (reading.rate && reading.rate->isSet()) return *reading.rate;
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string fileRateText(const std::string& path, const std::string& codePage) {
+  constexpr std::string_view kSignature = "\uFEFF";
+  const std::string lines = firstLines(path, codePage);
+  const std::size_t start = lines.starts_with(kSignature) ? kSignature.size() : 0;
+  const FrameRate rate = statedRate(std::string_view(lines).substr(start));
+  return rate.isSet() ? fmt::format("{:.6g} fps (stated)", rate.perSecond())
+                      : fmt::format("{:.6g} fps (default)", kDefaultFrameRate.perSecond());
+}
+
+}  // namespace Ombe
