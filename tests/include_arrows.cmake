@@ -26,6 +26,7 @@ room(host/cli host/commands host/writers host/play host/session host/text host/i
 room(host/commands host/cli host/export host/check host/play host/writers host/session host/text
   host/io engine)
 room(host host/cli host/io)
+room(gst host/session host/text host/io host/check microdvd/lines engine)
 
 # Sets `out` to the room of `path`, relative to src/; empty for none.
 function(room_of path out)

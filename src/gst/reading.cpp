@@ -1,0 +1,88 @@
+#include "gst/reading.h"
+
+#include <dlfcn.h>
+
+#include <filesystem>
+
+#include "gst/handed_file.h"
+#include "gst/head.h"
+#include "host/check/examination.h"
+#include "host/io/failure.h"
+#include "host/text/code_page.h"
+#include "host/text/visible_text.h"
+
+namespace Ombe {
+namespace {
+
+bool isSet(Ratio rate) { return rate.numerator != 0 && rate.denominator != 0; }
+
+/// "../ombe" as seen from this library.
+std::string pluginsBesideElements() {
+  Dl_info place{};
+  if (::dladdr(reinterpret_cast<void*>(&pluginFor), &place) == 0) return {};
+  const auto elements = std::filesystem::path(place.dli_fname).parent_path();
+  return (elements.parent_path() / "ombe").string();
+}
+
+SessionOptions optionsFor(std::string_view content, const ReadingSettings& settings) {
+  SessionOptions options;
+  options.plugin = pluginFor(settings);
+  if (!settings.codePage.empty()) options.codePage = settings.codePage;
+  // Only a rate of the user's makes the plug-in pass over what the file states.
+  if (isSet(settings.frameRate)) {
+    options.frameRate = settings.frameRate;
+  } else if (isSet(settings.videoRate) && !statesFrameRate(content)) {
+    options.frameRate = settings.videoRate;
+  }
+  return options;
+}
+
+/// Why the plug-in refuses a file, in the words of `ombe check`.
+std::string reasons(const std::string& path, const SessionOptions& options) {
+  constexpr std::size_t kOfEachKind = 3;
+  std::string text;
+  for (const Finding& finding : examine(path, path, options, kOfEachKind).findings.sorted()) {
+    if (finding.severity != Severity::kError) continue;
+    if (!text.empty()) text += "; ";
+    if (finding.line != 0) text += "line " + std::to_string(finding.line) + ": ";
+    text += finding.message;
+  }
+  return visibleLine(text);
+}
+
+CueList takeAll(Session& session) {
+  CueList cues;
+  session.readToEnd([&cues](const Chunk& chunk) {
+    const std::int64_t start = chunk.timestamp();
+    cues.add(start, start + static_cast<std::int32_t>(chunk.duration()), chunk.text());
+  });
+  cues.cut();
+  return cues;
+}
+
+}  // namespace
+
+std::string pluginFor(const ReadingSettings& settings) {
+  return findPlugin(settings.plugin, pluginsBesideElements());
+}
+
+CueList readCues(std::string_view content, const ReadingSettings& settings,
+                 const std::function<void(const std::string&)>& warn) {
+  SessionOptions options = optionsFor(content, settings);
+  if (options.codePage && !isKnownCodePage(*options.codePage)) {
+    warn("unknown subtitle encoding '" + visibleLine(*options.codePage) +
+         "': texts are taken as UTF-8");
+    options.codePage.reset();
+  }
+  Session session(options);
+  const HandedFile file(content);
+  try {
+    session.open(file.path());
+  } catch (const Failure& failure) {
+    const bool isRefused = failure.step() == Step::kProbe || failure.step() == Step::kOpen;
+    throw Failure(failure.step(), isRefused ? reasons(file.path(), options) : failure.reason());
+  }
+  return takeAll(session);
+}
+
+}  // namespace Ombe

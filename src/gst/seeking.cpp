@@ -1,0 +1,95 @@
+// Going somewhere else: seeks, and settings that change while playing.
+#include "gst/element.h"
+
+namespace Ombe {
+namespace {
+
+void pushFlushStart(OmbeSubParse* element, guint32 seqnum) {
+  GstEvent* event = gst_event_new_flush_start();
+  gst_event_set_seqnum(event, seqnum);
+  gst_pad_push_event(element->src, event);
+}
+
+void pushFlushStop(OmbeSubParse* element, const Restart& how) {
+  GstEvent* event = gst_event_new_flush_stop(how.resetTime);
+  gst_event_set_seqnum(event, how.seqnum);
+  gst_pad_push_event(element->src, event);
+}
+
+/// That of the whole pipeline: what this element has sent lies ahead of what is seen.
+GstClockTime seenPosition(OmbeSubParse* element) {
+  auto* top = GST_OBJECT_CAST(gst_object_ref(element));
+  while (GstObject* parent = gst_object_get_parent(top)) {
+    gst_object_unref(top);
+    top = parent;
+  }
+  gint64 position = -1;
+  if (GST_IS_PIPELINE(top)) {
+    gst_element_query_position(GST_ELEMENT_CAST(top), GST_FORMAT_TIME, &position);
+  }
+  gst_object_unref(top);
+  return position < 0 ? GST_CLOCK_TIME_NONE : static_cast<GstClockTime>(position);
+}
+
+}  // namespace
+
+void restart(OmbeSubParse* element, const Restart& how,
+             const std::function<void(ElementState&)>& change) {
+  ElementState& state = *element->state;
+  std::unique_lock restarting(state.restarting, std::try_to_lock);
+  if (!restarting.owns_lock()) {
+    // The other may wait for a push that only a flush ends.
+    if (how.flush) pushFlushStart(element, how.seqnum);
+    restarting.lock();
+  }
+  if (how.flush) pushFlushStart(element, how.seqnum);
+  gst_pad_pause_task(element->src);  // returns when the task stands still
+  {
+    const std::lock_guard lock(state.mutex);
+    change(state);
+    state.mustSegment = true;
+  }
+  if (how.flush) pushFlushStop(element, how);
+  if (state.complete && gst_pad_is_active(element->src)) {
+    gst_pad_start_task(element->src, pushNext, element, nullptr);
+  }
+}
+
+gboolean stop(OmbeSubParse* element) {
+  const std::lock_guard restarting(element->state->restarting);
+  return gst_pad_stop_task(element->src);
+}
+
+gboolean seek(OmbeSubParse* element, GstEvent* event) {
+  GstSeekFlags flags = GST_SEEK_FLAG_NONE;
+  gst_event_parse_seek(event, nullptr, nullptr, &flags, nullptr, nullptr, nullptr, nullptr);
+  const guint32 seqnum = gst_event_get_seqnum(event);
+  bool done = false;
+  restart(element, {.flush = (flags & GST_SEEK_FLAG_FLUSH) != 0, .seqnum = seqnum},
+          [&](ElementState& state) {
+            done = state.playback.seek(event);
+            if (!done) return;
+            state.seqnum = seqnum;
+            state.continueAt = GST_CLOCK_TIME_NONE;
+          });
+  GST_DEBUG_OBJECT(element, "seek %s: %" GST_PTR_FORMAT, done ? "done" : "refused",
+                   static_cast<void*>(event));
+  gst_event_unref(event);
+  return done;
+}
+
+void settingsChanged(OmbeSubParse* element) {
+  ElementState& state = *element->state;
+  {
+    const std::lock_guard lock(state.mutex);
+    if (!state.complete) return;  // the first reading is still to come
+  }
+  const GstClockTime seen = seenPosition(element);
+  restart(element, {.resetTime = false, .seqnum = gst_util_seqnum_next()},
+          [seen](ElementState& changed) {
+            changed.mustRead = true;
+            changed.continueAt = seen;
+          });
+}
+
+}  // namespace Ombe

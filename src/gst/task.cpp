@@ -1,0 +1,135 @@
+// What the element's own thread does: read once all is there, then push cue after cue, held back by
+// whoever takes them.
+#include <array>
+#include <exception>
+
+#include "gst/element.h"
+#include "gst/pango_markup.h"
+
+namespace Ombe {
+namespace {
+
+GstEvent* numbered(GstEvent* event, guint32 seqnum) {
+  if (seqnum != GST_SEQNUM_INVALID) gst_event_set_seqnum(event, seqnum);
+  return event;
+}
+
+/// Subtitles that cannot be had leave the film playing.
+void warn(OmbeSubParse* element, const char* text) {
+  GST_ELEMENT_WARNING(element, STREAM, DECODE, ("MicroDVD subtitles: %s", text), (nullptr));
+}
+
+void read(OmbeSubParse* element) {
+  ElementState& state = *element->state;
+  ReadingSettings settings;
+  {
+    const std::lock_guard lock(state.mutex);
+    settings = state.settings;
+  }
+  state.cues = {};
+  try {
+    state.cues = readCues(state.bytes, settings,
+                          [element](const std::string& text) { warn(element, text.c_str()); });
+    GST_INFO_OBJECT(element, "%zu cues", state.cues.cues().size());
+  } catch (const std::exception& failure) {
+    warn(element, failure.what());
+  }
+  state.mustRead = false;
+}
+
+void begin(OmbeSubParse* element) {
+  GstCaps* caps = gst_pad_get_pad_template_caps(element->src);
+  gst_pad_push_event(element->src, gst_event_new_caps(caps));
+  gst_caps_unref(caps);
+}
+
+/// Once only: a tag passes downstream to where a flush of the film may stop it, and a sticky event
+/// that fails makes the next buffer fail.
+void describe(OmbeSubParse* element) {
+  GstTagList* tags = gst_tag_list_new(GST_TAG_SUBTITLE_CODEC, "MicroDVD", nullptr);
+  gst_pad_push_event(element->src, gst_event_new_tag(tags));
+}
+
+void sendSegment(OmbeSubParse* element) {
+  ElementState& state = *element->state;
+  if (state.mustBegin) begin(element);
+  GstSegment segment{};
+  guint32 seqnum = GST_SEQNUM_INVALID;
+  {
+    const std::lock_guard lock(state.mutex);
+    state.playback.continueAt(state.cues, state.continueAt);
+    segment = state.playback.outgoing();
+    seqnum = state.seqnum;
+  }
+  gst_pad_push_event(element->src, numbered(gst_event_new_segment(&segment), seqnum));
+  state.mustSegment = false;
+  if (state.mustBegin) describe(element);
+  state.mustBegin = false;
+}
+
+GstBuffer* bufferOf(const Piece& piece, const CueList& cues, ColorOrder order) {
+  std::string text;
+  for (const std::uint32_t shown : cues.shown(*piece.cue)) {
+    if (!text.empty()) text += '\n';
+    appendPangoMarkup(cues.text(shown), order, text);
+  }
+  // The NUL behind the text is there for those who look for it, and not counted.
+  GstBuffer* buffer = gst_buffer_new_memdup(text.c_str(), text.size() + 1);
+  gst_buffer_set_size(buffer, static_cast<gssize>(text.size()));
+  GST_BUFFER_PTS(buffer) = piece.start;
+  GST_BUFFER_DURATION(buffer) = piece.end - piece.start;
+  return buffer;
+}
+
+void end(OmbeSubParse* element, const GstSegment& segment, guint32 seqnum) {
+  gst_pad_pause_task(element->src);
+  if ((segment.flags & GST_SEGMENT_FLAG_SEGMENT) == 0) {
+    gst_pad_push_event(element->src, numbered(gst_event_new_eos(), seqnum));
+    return;
+  }
+  const auto position = static_cast<gint64>(segment.rate < 0 ? segment.start : segment.position);
+  GstMessage* message =
+      gst_message_new_segment_done(GST_OBJECT_CAST(element), GST_FORMAT_TIME, position);
+  if (seqnum != GST_SEQNUM_INVALID) gst_message_set_seqnum(message, seqnum);
+  gst_element_post_message(GST_ELEMENT_CAST(element), message);
+  gst_pad_push_event(element->src,
+                     numbered(gst_event_new_segment_done(GST_FORMAT_TIME, position), seqnum));
+}
+
+void fail(OmbeSubParse* element, GstFlowReturn flow) {
+  GST_DEBUG_OBJECT(element, "pausing: %s", gst_flow_get_name(flow));
+  gst_pad_pause_task(element->src);
+  if (flow == GST_FLOW_FLUSHING) return;
+  if (flow != GST_FLOW_EOS) GST_ELEMENT_FLOW_ERROR(element, flow);
+  gst_pad_push_event(element->src, gst_event_new_eos());
+}
+
+}  // namespace
+
+void pushNext(gpointer parent) {
+  OmbeSubParse* element = elementOf(parent);
+  ElementState& state = *element->state;
+  if (state.mustRead) read(element);
+  if (state.mustSegment) sendSegment(element);
+  std::optional<Piece> piece;
+  GstSegment segment{};
+  guint32 seqnum = GST_SEQNUM_INVALID;
+  ColorOrder order = ColorOrder::kRgb;
+  {
+    const std::lock_guard lock(state.mutex);
+    piece = state.playback.take(state.cues);
+    segment = state.playback.segment();
+    seqnum = state.seqnum;
+    order = state.colorOrder;
+  }
+  if (!piece) {
+    end(element, segment, seqnum);
+  } else if (piece->cue == nullptr) {
+    gst_pad_push_event(element->src, gst_event_new_gap(piece->start, piece->end - piece->start));
+  } else {
+    const GstFlowReturn flow = gst_pad_push(element->src, bufferOf(*piece, state.cues, order));
+    if (flow != GST_FLOW_OK) fail(element, flow);
+  }
+}
+
+}  // namespace Ombe
