@@ -42,7 +42,7 @@ class VttWriter final : public SubtitleWriter {
     if (!otherColors_.empty()) out += "STYLE\n";
     for (const Color color : otherColors_) {
       const std::string digits = hexDigits(color);
-      out += "::cue(.c" + digits + ") { color: #" + digits + "; }\n";
+      out.append("::cue(.c").append(digits).append(") { color: #").append(digits).append("; }\n");
     }
     if (!otherColors_.empty()) out += '\n';
     out += keptCues_;
