@@ -1,4 +1,4 @@
-// Why a file will or will not play, WebVTT, exports of many files, and what describes the program.
+// Why a file will or will not play, WebVTT and exports of many files.
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 
@@ -6,9 +6,6 @@
 #include <thread>
 
 #include "host/check/examination.h"
-#include "host/cli/command_description.h"
-#include "host/cli/completion.h"
-#include "host/cli/man_page.h"
 #include "host/io/input_file.h"
 #include "host/io/output_file.h"
 #include "host/text/code_page.h"
@@ -140,43 +137,6 @@ TEST(TemporaryFiles, AreGoneWhicheverSignalEndsTheirThreads) {
     for (int i = 0; i < 5; ++i) EXPECT_EXIT(run(signal), testing::KilledBySignal(signal), "");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << signal;
   }
-}
-
-TEST(Descriptions, NameEveryCommandAndOption) {
-  const std::vector<CommandDescription> commands = describeCommands();
-  ASSERT_GT(commands.size(), 7U);
-  const std::string page = manPage("1.0", commands);
-  for (const CommandDescription& command : commands) {
-    EXPECT_NE(command.name, "man") << "is for the build";
-    EXPECT_THAT(command.footer, HasSubstr("Example: ombe "));
-    EXPECT_THAT(page, HasSubstr(command.name));
-    for (const std::string& shell : completionShells()) {
-      const std::string script = completionScript(shell, commands);
-      EXPECT_THAT(script, HasSubstr(command.name));
-      for (const OptionDescription& option : command.options) {
-        const std::string& name = option.names.back();
-        const bool isFish = shell == "fish" && name.starts_with("--");
-        if (option.isPositional) continue;
-        EXPECT_THAT(script, HasSubstr(isFish ? name.substr(2) : name)) << shell;
-      }
-    }
-  }
-}
-
-TEST(Descriptions, AreReadByTheirPrograms) {
-  const auto complete = [&](const std::string& words, int last) {
-    return runShell("/",
-                    "ombe completion bash | bash -c 'compopt() { :; }; . /dev/stdin; COMP_WORDS=(" +
-                        words + "); COMP_CWORD=" + std::to_string(last) +
-                        "; _ombe; echo \"${COMPREPLY[@]}\"'")
-        .out;
-  };
-  EXPECT_EQ(complete("ombe ch", 1), "check\n");
-  EXPECT_EQ(complete("ombe export -f v", 3), "vtt\n");
-  EXPECT_EQ(complete("ombe check --li", 2), "--limit\n");
-  if (std::system("command -v groff >/dev/null") != 0) GTEST_SKIP() << "no groff here";
-  const auto [code, out, err] = runShell("/", "ombe man | groff -man -ww -z -Tascii");
-  EXPECT_EQ(std::pair(code, err), std::pair(0, ""s));
 }
 
 }  // namespace

@@ -3,12 +3,9 @@
 #include <unistd.h>
 
 #include <exception>
-#include <filesystem>
 #include <new>
-#include <string>
-#include <system_error>
 
-#include "host/cli/options.h"
+#include "host/cli/command_line.h"
 #include "host/io/failure.h"
 #include "host/io/messages.h"
 
@@ -24,30 +21,13 @@ void occupyStandardStreams() {
   }
 }
 
-/// The folder of plug-ins beside that of this program; empty when that is not known.
-std::string pluginsBesideProgram() {
-  namespace fs = std::filesystem;
-  std::error_code error;
-  const fs::path program = fs::read_symlink("/proc/self/exe", error);
-  if (error) return {};
-  return (program.parent_path() / OMBE_PLUGINS_FROM_PROGRAM).lexically_normal();
-}
-
-Ombe::ExitCode run(int argc, char** argv) {
-  Ombe::Options options;
-  options.session.pluginFolder = pluginsBesideProgram();
-  if (const auto end = Ombe::parseCommandLine(argc, argv, options)) return *end;
-  if (options.log) Ombe::logToStandardError();
-  return options.run(options);
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   occupyStandardStreams();
   Ombe::ExitCode code = Ombe::ExitCode::kRefused;
   try {
-    code = run(argc, argv);
+    code = Ombe::runCommandLine(argc, argv, Ombe::allCommands());
   } catch (const Ombe::Failure& failure) {
     Ombe::reportError(messageOf(failure));
     code = exitCodeOf(failure);

@@ -32,4 +32,18 @@ std::vector<std::vector<std::string>> readTable(const std::string& name) {
   return rows;
 }
 
+std::vector<std::map<std::string, std::string>> readNamedTable(const std::string& name) {
+  std::vector<std::map<std::string, std::string>> rows;
+  const auto table = readTable(name);
+  for (std::size_t i = 1; i < table.size(); ++i) {
+    auto& row = rows.emplace_back();
+    EXPECT_LE(table[i].size(), table[0].size()) << name << ": " << table[i][0];
+    for (std::size_t c = 0; c < table[0].size(); ++c) {
+      row[table[0][c]] = c < table[i].size() ? table[i][c] : "";
+    }
+  }
+  EXPECT_FALSE(rows.empty()) << "no rows in " << name;
+  return rows;
+}
+
 }  // namespace ombe_test

@@ -1,6 +1,7 @@
 // Cases kept as text, one a line.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -10,5 +11,9 @@ namespace ombe_test {
 /// stand for those bytes. Empty lines and lines that begin with # are left out. Fails the test when
 /// there is no row.
 std::vector<std::vector<std::string>> readTable(const std::string& name);
+
+/// The same where the first row names the columns: each row as a map that holds every column, those
+/// that are missing at its end as empty.
+std::vector<std::map<std::string, std::string>> readNamedTable(const std::string& name);
 
 }  // namespace ombe_test

@@ -1,23 +1,21 @@
 #include "host/cli/man_page.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <string_view>
 
 namespace Ombe {
 namespace {
 
-struct Entry {
-  const char* name;
-  const char* meaning;
-};
-
-constexpr Entry kExitCodes[] = {
+const std::vector<Meaning> kExitCodes = {
     {"0", "done"},
     {"1", "a file was refused or could not be read, or the output could not be written"},
     {"2", "wrong usage"},
     {"3", "the plug-in could not be loaded"},
 };
 
-constexpr Entry kEnvironment[] = {
+const std::vector<Meaning> kEnvironment = {
     {"OMBE_PLUGIN_PATH",
      "plug-ins, or folders of them, separated by colons, where they are looked for before the "
      "user's plug-in folder ~/.local/lib/ombe and the one that was installed or built with ombe"},
@@ -49,24 +47,19 @@ void appendSection(std::string& out, std::string_view title) {
   out.append(".SH ").append(title).append("\n");
 }
 
-void appendOption(std::string& out, const OptionDescription& option) {
-  std::string names;
+void appendOption(std::string& out, const Option& option) {
+  std::vector<std::string> names;
   for (const std::string& name : option.names) {
-    names.append(names.empty() ? "" : ", ");
-    names += option.isPositional ? "\\fI" + escaped(name) + "\\fR" : bold(name);
+    names.push_back(option.isPositional() ? "\\fI" + escaped(name) + "\\fR" : bold(name));
   }
-  if (!option.value.empty() && !option.isPositional) {
-    names.append(" \\fI").append(escaped(option.value)).append("\\fR");
-  }
-  out.append(".TP\n").append(names).append("\n").append(escaped(option.purpose));
-  if (!option.choices.empty()) {
-    std::string choices;
-    for (const std::string& choice : option.choices) {
-      choices.append(choices.empty() ? "" : ", ").append(choice);
-    }
-    out.append(" (").append(escaped(choices)).append(")");
-  }
-  out += '\n';
+  out += fmt::format(".TP\n{}", fmt::join(names, ", "));
+  if (!option.value.empty()) out += " \\fI" + escaped(option.value) + "\\fR";
+  std::string text = option.purpose;
+  if (!option.choices.empty()) text += fmt::format(" ({})", fmt::join(option.choices, ", "));
+  if (option.range) text += fmt::format(" ({} to {})", option.range->first, option.range->second);
+  if (!option.initial.empty()) text += "; " + option.initial + " unless it is given";
+  if (!option.more.empty()) text += ". " + option.more;
+  out += "\n" + escaped(text) + "\n";
 }
 
 /// One paragraph for each of its lines.
@@ -78,26 +71,24 @@ void appendFooter(std::string& out, std::string_view footer) {
   }
 }
 
-template <std::size_t size>
-void appendEntries(std::string& out, std::string_view title, const Entry (&entries)[size]) {
-  appendSection(out, title);
-  for (const Entry& entry : entries) {
-    out.append(".TP\n").append(bold(entry.name)).append("\n");
-    out.append(escaped(entry.meaning)).append("\n");
+void appendMeanings(std::string& out, const std::vector<Meaning>& meanings) {
+  for (const auto& [name, meaning] : meanings) {
+    out.append(".TP\n").append(bold(name)).append("\n").append(escaped(meaning)).append("\n");
   }
 }
 
-void appendCommand(std::string& out, const CommandDescription& command) {
+void appendCommand(std::string& out, const Command& command) {
   out.append(".SS ").append(command.name).append("\n").append(escaped(command.purpose));
   out += ".\n";
-  for (const OptionDescription& option : command.options) appendOption(out, option);
+  for (const Option& option : command.options) appendOption(out, option);
+  appendMeanings(out, command.notes);
   appendFooter(out, command.footer);
 }
 
 }  // namespace
 
-std::string manPage(const std::string& version, const std::vector<CommandDescription>& commands) {
-  const CommandDescription& program = commands.front();
+std::string manPage(const std::string& version, const std::vector<Command>& commands) {
+  const Command& program = commands.front();
   std::string out = ".TH OMBE 1 \"\" \"ombe " + version + "\" \"User Commands\"\n";
   appendSection(out, "NAME");
   out += "ombe \\- show, check and convert subtitle files\n";
@@ -106,13 +97,15 @@ std::string manPage(const std::string& version, const std::vector<CommandDescrip
   appendSection(out, "DESCRIPTION");
   out += escaped(program.purpose) + "\n";
   appendSection(out, "OPTIONS");
-  for (const OptionDescription& option : program.options) appendOption(out, option);
+  for (const Option& option : program.options) appendOption(out, option);
   appendSection(out, "COMMANDS");
-  for (const CommandDescription& command : commands) {
-    if (&command != &program) appendCommand(out, command);
+  for (const Command& command : commands) {
+    if (command.run && !command.isHidden) appendCommand(out, command);
   }
-  appendEntries(out, "EXIT STATUS", kExitCodes);
-  appendEntries(out, "ENVIRONMENT", kEnvironment);
+  appendSection(out, "EXIT STATUS");
+  appendMeanings(out, kExitCodes);
+  appendSection(out, "ENVIRONMENT");
+  appendMeanings(out, kEnvironment);
   return out;
 }
 

@@ -1,29 +1,41 @@
 // Commands that describe the command line itself.
-#include "host/cli/command_description.h"
+#include "host/cli/command.h"
 #include "host/cli/completion.h"
 #include "host/cli/man_page.h"
-#include "host/cli/options.h"
-#include "host/commands/commands.h"
 #include "host/io/output_file.h"
 
 namespace Ombe {
 namespace {
 
-ExitCode write(const std::string& text) {
+ExitCode write(std::string text) {
   OutputFile output("-");
-  output.buffer() = text;
+  output.buffer() = std::move(text);
   output.commit();
   return ExitCode::kDone;
 }
 
 }  // namespace
 
-ExitCode runCompletion(const Options& options) {
-  return write(completionScript(options.shell, describeCommands()));
+Command completionCommand() {
+  const auto shell = std::make_shared<std::string>();
+  return {
+      .name = "completion",
+      .purpose = "Write the script by which a shell completes ombe",
+      .footer = "Example: ombe completion bash >~/.local/share/bash-completion/completions/ombe",
+      .options = {{.names = {"SHELL"},
+                   .purpose = "Shell",
+                   .choices = completionShells(),
+                   .isRequired = true,
+                   .set = into(*shell)}},
+      .run = [shell] { return write(completionScript(*shell, allCommands())); }};
 }
 
-ExitCode runMan(const Options& /*options*/) {
-  return write(manPage(OMBE_VERSION, describeCommands()));
+Command manCommand() {
+  return {.name = "man",
+          .purpose = "Write the manual page",
+          .footer = "Example: ombe man | man -l -",
+          .run = [] { return write(manPage(OMBE_VERSION, allCommands())); },
+          .isHidden = true};
 }
 
 }  // namespace Ombe

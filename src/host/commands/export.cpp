@@ -1,25 +1,76 @@
-#include "host/cli/options.h"
-#include "host/commands/commands.h"
+#include "host/cli/common_options.h"
 #include "host/export/export_batch.h"
 #include "host/export/export_file.h"
 #include "host/export/export_options.h"
 #include "host/io/messages.h"
+#include "host/writers/subtitle_writer.h"
 
 namespace Ombe {
+namespace {
 
-ExitCode runExport(const Options& all) {
-  const ExportOptions options{all.session, all.writer, all.output, all.jobs};
-  if (isBatch(all.files, options.output)) {
+ExitCode exportFiles(const std::vector<std::string>& files, const ExportOptions& options) {
+  if (isBatch(files, options.output)) {
     if (options.output == "-") {
       reportError("several files need a folder to go to: add -o DIR");
       return ExitCode::kWrongUsage;
     }
-    return exportBatch(planExport(all.files, options.output, options.writer.format), options);
+    return exportBatch(planExport(files, options.output, options.writer.format), options);
   }
-  for (const std::string& remark : exportFile(all.files.front(), options.output, options)) {
+  for (const std::string& remark : exportFile(files.front(), options.output, options)) {
     reportError(remark);
   }
   return ExitCode::kDone;
+}
+
+std::vector<Option> ownOptions(std::vector<std::string>& files, ExportOptions& options) {
+  return {{.names = {"FILE"},
+           .purpose = "Subtitle files and folders of them; - is standard input",
+           .takesFile = true,
+           .isRequired = true,
+           .isRepeated = true,
+           .set = into(files)},
+          {.names = {"-f", "--format"},
+           .value = "FORMAT",
+           .purpose = "Format to write",
+           .choices = writerNames(),
+           .initial = options.writer.format,
+           .set = into(options.writer.format)},
+          {.names = {"-o", "--output"},
+           .value = "OUT",
+           .purpose = "File to write, or folder for several; - is standard output",
+           .initial = options.output,
+           .more = "An existing file is replaced once the new one is whole.",
+           .takesFile = true,
+           .set = into(options.output)},
+          {.names = {"-j", "--jobs"},
+           .value = "N",
+           .purpose = "Files to write at once",
+           .range = {{1, 64}},
+           .more = "Without it, as many as there are processors.",
+           .set = into(options.jobs)},
+          {.names = {"--vtt-style"},
+           .purpose = "Write colours that are none of WebVTT's eight in a style block, with which "
+                      "ffmpeg 5.1 and mpv 0.35 read no subtitle at all",
+           .set = into(options.writer.vttStyle)},
+          colorOrderOption(options.writer.colorOrder)};
+}
+
+}  // namespace
+
+Command exportCommand() {
+  struct Asked {
+    std::vector<std::string> files;
+    ExportOptions options;
+  };
+  const auto asked = std::make_shared<Asked>();
+  return {.name = "export",
+          .purpose = "Write subtitles in another format",
+          .footer =
+              "Example: ombe export movie.sub --frame-rate 23.976 -o movie.srt\n"
+              "         ombe export -f vtt films/ -o out/",
+          .options =
+              withSourceOptions(ownOptions(asked->files, asked->options), asked->options.session),
+          .run = [asked] { return exportFiles(asked->files, asked->options); }};
 }
 
 }  // namespace Ombe

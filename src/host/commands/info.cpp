@@ -1,19 +1,99 @@
 #include <fmt/format.h>
 
+#include <cstring>
 #include <nlohmann/json.hpp>
 
-#include "host/cli/options.h"
-#include "host/commands/commands.h"
-#include "host/commands/file_info.h"
+#include "host/cli/common_options.h"
 #include "host/io/input_file.h"
 #include "host/io/json_output.h"
 #include "host/io/output_file.h"
 #include "host/session/plugin_description.h"
 #include "host/session/session.h"
+#include "host/session/settings.h"
+#include "host/session/subtitle.h"
 #include "host/text/number_text.h"
 
 namespace Ombe {
 namespace {
+
+struct InfoOptions {
+  std::vector<std::string> files;
+  bool json = false;
+  SessionOptions session;
+};
+
+struct StreamDescription {
+  UID uid;
+  std::string name;
+  std::string language;
+  std::string region;
+  std::string format;
+  bool selected;
+};
+
+struct FileInfo {
+  UID program;
+  std::string programName;
+  std::vector<StreamDescription> streams;
+  std::optional<std::uint64_t> size;  ///< bytes
+  std::optional<Ratio> frameRate;     ///< settings, as they stand after opening
+  std::optional<std::string> codePage;
+  std::optional<bool> autodetected;
+  std::uint64_t subtitles = 0;
+  std::optional<std::uint32_t> firstTime;  ///< start of the first delivered, milliseconds
+  std::optional<std::uint32_t> lastTime;   ///< end of the last delivered, milliseconds
+};
+
+template <typename T>
+std::string text(const kelm_string<T>& string) {
+  return std::string(view(string));
+}
+
+StreamDescription describeStream(StreamInterface& stream) {
+  ByteString name;
+  String language;
+  String region;
+  stream.getStreamInfo(&name, &language, &region);
+  StreamDescription result{stream.streamUID(), text(name), text(language), text(region), {}, false};
+  if (const FormatRequirement* format = stream.getFormat(); format != nullptr) {
+    result.format.assign(format->name, ::strnlen(format->name, sizeof format->name));
+  }
+  return result;
+}
+
+void describeSettings(HostController& settings, FileInfo& info) {
+  SettingValue value;
+  if (settings.getValue(frameRateSetting(), value)) info.frameRate = value.asRatio();
+  if (settings.getValue(codePageSetting(), value) && value.asString() != nullptr) {
+    info.codePage = text(*value.asString());
+  }
+  if (settings.getValue(autodetectedSetting(), value)) info.autodetected = value.asBoolean();
+}
+
+/// Of a session that has a source open; reads it to its end.
+FileInfo describeFile(Session& session) {
+  FileInfo info{};
+  ContainerInterface& container = session.container();
+  const UIDList programs = container.getProgramUIDs();
+  info.program = programs.head()->value;
+  info.programName = text(container.getProgramName(info.program));
+  for (const auto& [uid, stream] : session.host().streams()) {
+    info.streams.push_back(describeStream(*stream));
+    info.streams.back().selected = stream.get() == &session.stream();
+  }
+  std::uint64_t size = 0;
+  if (container.getFileSize(&size) == kSuccess) info.size = size;
+  describeSettings(session.controller(), info);
+  const auto offset = static_cast<std::int32_t>(session.host().getTimeOffset());
+  session.readToEnd([&info, offset](const Chunk& chunk) {
+    const auto subtitle = timedSubtitle(chunk, offset);
+    if (!subtitle) return;
+    ++info.subtitles;
+    if (!info.firstTime) info.firstTime = subtitle->timestamp;
+    info.lastTime = subtitle->end();
+  });
+  return info;
+}
 
 template <typename T>
 Json orNull(const std::optional<T>& value) {
@@ -85,9 +165,7 @@ void writeText(const std::string& file, const FileInfo& info, const PluginDescri
   output.commit();
 }
 
-}  // namespace
-
-ExitCode runInfo(const Options& options) {
+ExitCode info(const InfoOptions& options) {
   withJson(options.json, [&](Json& document) {
     const InputFile input(options.files.front());
     document["file"] = input.name();
@@ -102,6 +180,18 @@ ExitCode runInfo(const Options& options) {
     if (!options.json) writeText(input.name(), info, plugin);
   });
   return ExitCode::kDone;
+}
+
+}  // namespace
+
+Command infoCommand() {
+  const auto options = std::make_shared<InfoOptions>();
+  return {.name = "info",
+          .purpose = "Show what the plug-in says of itself and of a file",
+          .footer = "Example: ombe info movie.sub --json",
+          .options = withSourceOptions({fileOption(options->files), jsonOption(options->json)},
+                                       options->session),
+          .run = [options] { return info(*options); }};
 }
 
 }  // namespace Ombe

@@ -2,8 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "host/cli/options.h"
-#include "host/commands/commands.h"
+#include "host/cli/common_options.h"
 #include "host/io/input_file.h"
 #include "host/io/json_output.h"
 #include "host/io/output_file.h"
@@ -14,6 +13,11 @@
 namespace Ombe {
 namespace {
 
+struct InspectOptions {
+  SessionOptions session;
+  bool json = false;
+};
+
 struct Inspection {
   PluginDescription plugin;
   std::vector<std::string> formats;
@@ -21,7 +25,7 @@ struct Inspection {
 
 /// Which text format a plug-in needs it only tells when it recognises a source, so it is shown the
 /// shortest MicroDVD file.
-Inspection inspect(const SessionOptions& options) {
+Inspection inspected(const SessionOptions& options) {
   HostContext context;
   const PluginLibrary library(findPlugin(options.plugin, options.pluginFolder));
   const PluginHandle plugin = library.create(context);
@@ -43,16 +47,30 @@ void write(const Inspection& inspection) {
   output.commit();
 }
 
-}  // namespace
-
-ExitCode runInspect(const Options& options) {
+ExitCode inspect(const InspectOptions& options) {
   withJson(options.json, [&](Json& document) {
-    const Inspection inspection = inspect(options.session);
+    const Inspection inspection = inspected(options.session);
     document["plugin"] = toJson(inspection.plugin);
     document["plugin"]["formats"] = inspection.formats;
     if (!options.json) write(inspection);
   });
   return ExitCode::kDone;
+}
+
+}  // namespace
+
+Command inspectCommand() {
+  const auto options = std::make_shared<InspectOptions>();
+  options->session.pluginFolder = pluginsBesideProgram();
+  return {.name = "inspect",
+          .purpose = "Show what a plug-in says of itself",
+          .footer = "Example: ombe inspect ./microdvd.so --json",
+          .options = {{.names = {"PLUGIN"},
+                       .purpose = "Plug-in, or folder that it is in",
+                       .takesFile = true,
+                       .set = into(options->session.plugin)},
+                      jsonOption(options->json)},
+          .run = [options] { return inspect(*options); }};
 }
 
 }  // namespace Ombe

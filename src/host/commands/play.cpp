@@ -1,21 +1,32 @@
+#include "host/play/play.h"
+
 #include <unistd.h>
 
+#include <cmath>
 #include <csignal>
 #include <string_view>
 
 #include "host/check/stated_rate.h"
-#include "host/cli/options.h"
-#include "host/commands/commands.h"
+#include "host/cli/common_options.h"
 #include "host/io/descriptor_io.h"
 #include "host/io/environment.h"
 #include "host/io/input_file.h"
 #include "host/io/messages.h"
+#include "host/play/player.h"
 #include "host/session/session.h"
 #include "host/session/settings.h"
 #include "host/text/garbled_texts.h"
+#include "host/text/number_text.h"
 
 namespace Ombe {
 namespace {
+
+struct Asked {
+  std::vector<std::string> files;
+  PlayOptions play;
+  ColorMode color = ColorMode::kAuto;
+  SessionOptions session;
+};
 
 bool isScreen() {
   return ::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0 &&
@@ -59,7 +70,7 @@ std::vector<std::string> findLikelyCodePages(Session& session) {
 }
 
 /// The signal that ended it, or 0. Everything is let go of on return.
-int run(const Options& options) {
+int run(const Asked& options) {
   const bool onTerminal = options.play.interactive && isScreen();
   ColorDepth depth = onTerminal ? ColorDepth::kNoColor : ColorDepth::kNoStyle;
   if (wantsColor(options.color, STDOUT_FILENO)) {
@@ -82,12 +93,52 @@ int run(const Options& options) {
   return 0;
 }
 
-}  // namespace
-
-ExitCode runPlay(const Options& options) {
+ExitCode play(const Asked& options) {
   // Whoever sent the signal is to see that it was what ended the program.
   if (const int signal = run(options); signal != 0) static_cast<void>(std::raise(signal));
   return ExitCode::kDone;
+}
+
+/// In thousandths it must be at least one, and fit where the stream takes it.
+std::optional<std::int32_t> parseSpeed(const std::string& text) {
+  const std::optional<double> factor = parseNumber<double>(text);
+  if (!factor || !(*factor >= 0.001 && *factor <= 1e6)) return std::nullopt;
+  return static_cast<std::int32_t>(std::lround(*factor * Player::kNormalSpeed));
+}
+
+std::vector<Option> ownOptions(Asked& asked) {
+  const auto printLines = [&asked](const std::string& /*none*/) {
+    asked.play.interactive = false;
+    return true;
+  };
+  return {
+      fileOption(asked.files),
+      {.names = {"--start"},
+       .value = "TIME",
+       .purpose = "Where to begin",
+       .more = "Without it, at 0.",
+       .refusal = "is no time such as 90, 1:30 or 1:02:03.5",
+       .set = parsedInto(asked.play.start, parseTime)},
+      {.names = {"--speed"},
+       .value = "X",
+       .purpose = "Times the normal speed: 0.25, 2",
+       .more = "Without it, 1.",
+       .refusal = "must be between 0.001 and 1000000",
+       .set = parsedInto(asked.play.speed, parseSpeed)},
+      {.names = {"--no-interactive"}, .purpose = "Print lines, without keys", .set = printLines},
+      colorOption(asked.color),
+      colorOrderOption(asked.play.colorOrder)};
+}
+
+}  // namespace
+
+Command playCommand() {
+  const auto asked = std::make_shared<Asked>();
+  return {.name = "play",
+          .purpose = "Play the subtitles in the terminal",
+          .footer = "Example: ombe play movie.sub --start 1:30",
+          .options = withSourceOptions(ownOptions(*asked), asked->session),
+          .run = [asked] { return play(*asked); }};
 }
 
 }  // namespace Ombe

@@ -1,5 +1,4 @@
-#include "host/cli/options.h"
-#include "host/commands/commands.h"
+#include "host/cli/common_options.h"
 #include "host/io/input_file.h"
 #include "host/io/messages.h"
 #include "host/io/output_file.h"
@@ -8,6 +7,11 @@
 
 namespace Ombe {
 namespace {
+
+struct ProbeOptions {
+  std::vector<std::string> files;
+  SessionOptions session;
+};
 
 /// A session of its own for every file: a code page found in one must not be used for the next.
 bool isRecognised(const std::string& file, const SessionOptions& options) {
@@ -20,9 +24,7 @@ bool isRecognised(const std::string& file, const SessionOptions& options) {
   }
 }
 
-}  // namespace
-
-ExitCode runProbe(const Options& options) {
+ExitCode probe(const ProbeOptions& options) {
   ExitCode code = ExitCode::kDone;
   OutputFile output("-");
   for (const std::string& file : options.files) {
@@ -35,6 +37,17 @@ ExitCode runProbe(const Options& options) {
   }
   output.commit();
   return code;
+}
+
+}  // namespace
+
+Command probeCommand() {
+  const auto options = std::make_shared<ProbeOptions>();
+  return {.name = "probe",
+          .purpose = "Say which files are MicroDVD",
+          .footer = "Example: ombe probe *.sub *.txt",
+          .options = withSourceOptions({filesOption(options->files)}, options->session),
+          .run = [options] { return probe(*options); }};
 }
 
 }  // namespace Ombe

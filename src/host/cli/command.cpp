@@ -1,0 +1,45 @@
+#include "host/cli/command.h"
+
+namespace Ombe {
+
+std::vector<Command> allCommands() {
+  std::vector<Command> commands = {
+      {.name = "ombe",
+       .purpose = "Shows and converts subtitle files through the plug-ins of the Ombe engine.",
+       .footer = "Example: ombe export movie.sub -o movie.srt\nMore: ombe COMMAND --help",
+       .options = {{.names = {"--version"},
+                    .purpose = "Display program version information and exit"}}},
+      probeCommand(),
+      infoCommand(),
+      exportCommand(),
+      playCommand(),
+      checkCommand(),
+      inspectCommand(),
+      completionCommand(),
+      manCommand(),
+  };
+  for (Command& command : commands) {
+    command.options.insert(
+        command.options.begin(),
+        {.names = {"-h", "--help"}, .purpose = "Print this help message and exit"});
+  }
+  return commands;
+}
+
+Setter into(bool& flag) {
+  return [&flag](const std::string& /*none*/) { return flag = true; };
+}
+
+Setter into(std::string& text) {
+  return [&text](const std::string& value) { return text = value, true; };
+}
+
+Setter into(std::optional<std::string>& text) {
+  return [&text](const std::string& value) { return text = value, true; };
+}
+
+Setter into(std::vector<std::string>& texts) {
+  return [&texts](const std::string& value) { return texts.push_back(value), true; };
+}
+
+}  // namespace Ombe

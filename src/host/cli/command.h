@@ -1,0 +1,111 @@
+// A command of the program as data: the parser, the manual page and the completions are made of it.
+#pragma once
+
+#include <charconv>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/cli/exit_code.h"
+
+namespace Ombe {
+
+/// Takes what was typed for an option ("" for a flag); false when it cannot be read. What it stores
+/// into belongs to its command.
+using Setter = std::function<bool(const std::string& text)>;
+
+struct Option {
+  std::vector<std::string> names;  ///< short ones first, with dashes; of a positional one a word
+  std::string value = {};          ///< what stands for the value; empty for flags and positionals
+  std::string purpose = {};
+  std::vector<std::string> choices = {};                    ///< the only values there are, if so
+  std::optional<std::pair<int, int>> range = std::nullopt;  ///< least and greatest value
+  std::string initial = {};                                 ///< the default, as help shows it
+  std::string more = {};                                    ///< sentences for the manual page alone
+  std::string refusal = {};  ///< what is said of a value that cannot be read
+  bool takesFile = false;    ///< the value names a file or a folder
+  bool isRequired = false;
+  bool isRepeated = false;
+  Setter set = {};  ///< none for what the parser answers by itself
+
+  [[nodiscard]] bool isPositional() const { return !names.front().starts_with('-'); }
+  [[nodiscard]] bool isFlag() const { return !isPositional() && value.empty(); }
+};
+
+/// A word of the command line, or of a key, and what it means.
+struct Meaning {
+  std::string name;
+  std::string meaning;
+};
+
+struct Command {
+  std::string name;
+  std::string purpose;
+  std::string footer;  ///< example and remarks
+  std::vector<Option> options = {};
+  /// Does the work with the options as they were set, which it owns. Writes data to standard output
+  /// or where the options say, and messages to standard error. Throws Failure.
+  std::function<ExitCode()> run = {};
+  std::vector<Meaning> notes = {};  ///< for the manual page alone
+  bool isHidden = false;            ///< meant for the build, not for people
+};
+
+// One file each in host/commands makes them.
+Command probeCommand();
+Command infoCommand();
+Command exportCommand();
+Command playCommand();
+Command checkCommand();
+Command inspectCommand();
+Command completionCommand();
+Command manCommand();
+
+/// The program as a whole, then its commands.
+std::vector<Command> allCommands();
+
+/// Stores what `parse` makes of the text, an optional value.
+template <typename T, typename Parse>
+Setter parsedInto(T& target, Parse parse) {
+  return [&target, parse](const std::string& text) {
+    const auto value = parse(text);
+    if (value) target = *value;
+    return value.has_value();
+  };
+}
+
+/// Decimal numbers, all of the text, with or without a sign.
+template <typename T>
+std::optional<T> parseNumber(const std::string& text) {
+  T number{};
+  const char* const end = text.data() + text.size();
+  const auto result = std::from_chars(text.data() + (text.starts_with('+') ? 1 : 0), end, number);
+  return result.ec == std::errc() && result.ptr == end ? std::optional(number) : std::nullopt;
+}
+
+template <typename T>
+Setter into(T& number) {
+  return parsedInto(number, parseNumber<T>);
+}
+Setter into(bool& flag);
+Setter into(std::string& text);
+Setter into(std::optional<std::string>& text);
+Setter into(std::vector<std::string>& texts);
+
+/// Completes an option that takes one of few words, each of which stands for a value.
+template <typename T>
+Option choosing(Option option, T& target, const std::vector<std::pair<std::string, T>>& values) {
+  for (const auto& [word, value] : values) option.choices.push_back(word);
+  option.set = parsedInto(target, [values](const std::string& text) {
+    std::optional<T> chosen;
+    for (const auto& [word, value] : values) {
+      if (word == text) chosen = value;
+    }
+    return chosen;
+  });
+  return option;
+}
+
+}  // namespace Ombe

@@ -1,0 +1,94 @@
+#include "host/cli/common_options.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "host/io/messages.h"
+#include "host/text/number_text.h"
+
+namespace Ombe {
+
+Option fileOption(std::vector<std::string>& files) {
+  return {.names = {"FILE"},
+          .purpose = "Subtitle file; - is standard input",
+          .takesFile = true,
+          .isRequired = true,
+          .set = into(files)};
+}
+
+Option filesOption(std::vector<std::string>& files) {
+  return {.names = {"FILE"},
+          .purpose = "Subtitle files; - is standard input",
+          .takesFile = true,
+          .isRequired = true,
+          .isRepeated = true,
+          .set = into(files)};
+}
+
+Option jsonOption(bool& json) {
+  return {.names = {"--json"}, .purpose = "Write JSON", .set = into(json)};
+}
+
+Option colorOption(ColorMode& color) {
+  return choosing<ColorMode>(
+      {.names = {"--color"},
+       .value = "WHEN",
+       .purpose = "Use colours: auto, always, never",
+       .more = "Without it, auto: on a terminal that knows them."},
+      color,
+      {{"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}});
+}
+
+Option colorOrderOption(ColorOrder& order) {
+  return choosing<ColorOrder>(
+      {.names = {"--color-order"},
+       .value = "ORDER",
+       .purpose = "How colours in the file are meant: rgb, as the engine shows "
+                  "them, or bgr, as many players of the format do",
+       .more = "Without it, rgb."},
+      order, {{"rgb", ColorOrder::kRgb}, {"bgr", ColorOrder::kBgr}});
+}
+
+std::string pluginsBesideProgram() {
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const fs::path program = fs::read_symlink("/proc/self/exe", error);
+  if (error) return {};
+  return (program.parent_path() / OMBE_PLUGINS_FROM_PROGRAM).lexically_normal();
+}
+
+std::vector<Option> withSourceOptions(std::vector<Option> own, SessionOptions& session) {
+  const auto showLog = [](const std::string& /*none*/) { return logToStandardError(), true; };
+  const Option shared[] = {
+      {.names = {"--frame-rate"},
+       .value = "N[/D]",
+       .purpose = "Frames per second of the video",
+       .more = "Without it, what the file states.",
+       .refusal = "is no rate such as 25, 23.976 or 24000/1001",
+       .set = parsedInto(session.frameRate, parseFrameRate)},
+      {.names = {"--code-page"},
+       .value = "NAME",
+       .purpose = "Code page of the text, as ICU names it",
+       .more = "Without it, texts are UTF-8 unless a signature in the file says otherwise.",
+       .set = into(session.codePage)},
+      {.names = {"--language"},
+       .value = "TAG",
+       .purpose = "Preferred language: en, en-US",
+       .set = into(session.language)},
+      {.names = {"--offset"},
+       .value = "MS",
+       .purpose = "Milliseconds to add to every time",
+       .set = into(session.offsetMs)},
+      {.names = {"--plugin"},
+       .value = "PATH",
+       .purpose = "Plug-in to load instead of the one installed",
+       .takesFile = true,
+       .set = into(session.plugin)},
+      {.names = {"--log"}, .purpose = "Show the plug-in's log on standard error", .set = showLog},
+  };
+  session.pluginFolder = pluginsBesideProgram();
+  own.insert(own.end(), std::begin(shared), std::end(shared));
+  return own;
+}
+
+}  // namespace Ombe

@@ -1,0 +1,26 @@
+// Options that several commands have.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/cli/command.h"
+#include "host/io/color_choice.h"
+#include "host/session/session.h"
+#include "host/text/markup.h"
+
+namespace Ombe {
+
+Option fileOption(std::vector<std::string>& files);
+Option filesOption(std::vector<std::string>& files);
+Option jsonOption(bool& json);
+Option colorOption(ColorMode& color);
+Option colorOrderOption(ColorOrder& order);
+
+/// The folder of plug-ins beside that of this program; empty when that is not known.
+std::string pluginsBesideProgram();
+
+/// A command's own options, and behind them those of every command that meets a source.
+std::vector<Option> withSourceOptions(std::vector<Option> own, SessionOptions& session);
+
+}  // namespace Ombe
