@@ -4,10 +4,10 @@
 #include <nlohmann/json.hpp>
 
 #include "host/cli/common_options.h"
+#include "host/commands/plugin_description.h"
 #include "host/io/input_file.h"
 #include "host/io/json_output.h"
 #include "host/io/output_file.h"
-#include "host/session/plugin_description.h"
 #include "host/session/session.h"
 #include "host/session/settings.h"
 #include "host/session/subtitle.h"

@@ -7,7 +7,7 @@
 #include "host/io/json_output.h"
 #include "host/io/output_file.h"
 #include "host/session/host_context.h"
-#include "host/session/plugin_description.h"
+#include "host/commands/plugin_description.h"
 #include "host/session/plugin_library.h"
 
 namespace Ombe {

@@ -1,4 +1,4 @@
-#include "host/session/plugin_description.h"
+#include "host/commands/plugin_description.h"
 
 #include <fmt/format.h>
 

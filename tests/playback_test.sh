@@ -1,0 +1,27 @@
+#!/bin/sh
+# Asks the library that plays sources what it is made of.
+#   playback_test.sh NM LIBRARY ENGINE
+# A front end links it into a process that is not its own: it may need the engine layer and the
+# system, but nothing of the command line, and may neither end the process nor handle its signals.
+set -eu
+nm=$1 library=$2 engine=$3
+undefined=$("$nm" -C --undefined-only --format=just-symbols "$library" | sort -u)
+defined=$({
+  "$nm" -C --defined-only --format=just-symbols "$library"
+  "$nm" -DC --defined-only --format=just-symbols "$engine"
+} | sort -u)
+failures=0
+
+none() { # DESCRIPTION LINES
+  [ -z "$2" ] && return
+  printf 'FAILED: %s:\n%s\n' "$1" "$2"
+  failures=$((failures + 1))
+}
+
+none 'uses what belongs to the program' "$(printf '%s\n' "$undefined" | grep -E \
+  '^(CLI|fmt|nlohmann)::|^(sig(action|nal|procmask|queue)|pthread_sigmask|raise|_?_?exit|abort|ucsdet_)' || true)"
+printf '%s\n' "$defined" | grep -q '^Ombe::Session::open' || none 'holds no session' .
+none 'needs more than the engine layer' "$(printf '%s\n' "$undefined" | grep -E '^(typeinfo for |vtable for )?Ombe::' |
+  grep -vxF "$defined" || true)"
+none 'names options or the program' "$(strings -a "$library" | grep -E '^[^/]*(--[a-z]|ombe [a-z]|/proc/self/exe)' || true)"
+[ "$failures" = 0 ] && printf '%s undefined symbols checked\n' "$(printf '%s\n' "$undefined" | wc -l)"
