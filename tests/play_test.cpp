@@ -252,7 +252,9 @@ TEST(Lines, ArePrintedOnceWhenSubtitlesBegin) {
       {"--offset -1000 | head -2 | tail -1",
        "00:00:03.000 --> 00:00:05.000  Can you see the boat?\n"},
       {"--start 12 --offset -8500 --color always --no-interactive | head -1 | cut -c 32-",
-       "\x1B[0;32mGreen means\x1B[0m | \x1B[0;32mwe are home.\x1B[0m\n"}};
+       "\x1B[0;32mGreen means\x1B[0m | \x1B[0;32mwe are home.\x1B[0m\n"},
+      {"--start 14 --color always --color-order bgr | head -1 | cut -c 32-71",
+       "\x1B[0;33mThe sea was blue that day,\x1B[0m | \n"}};
   const std::string play = "unset COLORTERM; TERM= ombe play styled.sub --speed 1000 ";
   for (const auto& [options, out] : cases) {
     EXPECT_EQ(runShell(OMBE_SAMPLES_DIR, play + options).out, out);
