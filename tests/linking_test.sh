@@ -3,7 +3,8 @@
 #   linking_test.sh NM READELF TREE FLAGS PLUGIN FILE...
 # No binary anywhere in TREE may search the current folder for libraries, and all sources of its
 # compile_commands.json, if it has one, are compiled with FLAGS. All files must be hardened; the
-# plug-in must further export one symbol, link no ICU, stay loaded and carry no search path.
+# plug-in must further export one symbol, link no ICU, stay loaded and carry no search path; the GStreamer
+# element must export its two entry points and leave out what only the command line needs.
 set -eu
 nm=$1 readelf=$2 tree=$3 flags=$4 plugin=$5
 shift 4
@@ -40,6 +41,13 @@ plugin_only() {
   check_not 'has a search path' "$dynamic" 'RPATH|RUNPATH'
 }
 
+element_only() {
+  exports=$("$nm" -D --defined-only --format=just-symbols "$file" | sort | tr '\n' ' ')
+  [ "$exports" = 'gst_plugin_ombe_get_desc gst_plugin_ombe_register ' ] ||
+    fault "exports other than the entry points: $exports"
+  check_not 'brings a library of the command line' "$dynamic" 'NEEDED.*libfmt'
+}
+
 # The loader takes an empty element, like any relative one, below the current folder.
 searched=$(find "$tree" -path '*/CMakeFiles' -prune -o -type f \( -perm -u+x -o -name '*.so*' \) \
   -exec "$readelf" -dW {} + 2>/dev/null | awk '
@@ -69,5 +77,6 @@ for file in "$@"; do
   imports=$("$nm" -D --undefined-only "$file")
   hardened
   [ "$file" != "$plugin" ] || plugin_only
+  [ "${file##*/}" != libgstombe.so ] || element_only
 done
 [ "$failures" = 0 ] && printf '%s files checked\n' "$#"

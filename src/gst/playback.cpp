@@ -63,34 +63,35 @@ std::optional<Piece> Playback::take(const CueList& cues) {
 }
 
 std::optional<Piece> Playback::takeForward(const CueList& cues) {
-  if (next_ == cues.cues().size()) return std::nullopt;
-  const Cue& cue = cues.cues()[next_];
-  const GstClockTime start = std::max(nanoseconds(cue.start), segment_.start);
-  if (start >= segment_.stop) return std::nullopt;  // no stop is the largest time
+  const Cue* cue = next_ < cues.cues().size() ? &cues.cues()[next_] : nullptr;
+  GstClockTime start = segment_.stop;  // without one the largest time
+  if (cue != nullptr) start = std::min(start, std::max(nanoseconds(cue->start), segment_.start));
+  if (!GST_CLOCK_TIME_IS_VALID(start)) return std::nullopt;
   if (segment_.position < start) {
     const Piece gap{segment_.position, start, nullptr};
     segment_.position = start;
     return gap;
   }
+  if (start == segment_.stop) return std::nullopt;
   ++next_;
-  segment_.position = std::min(nanoseconds(cue.end), segment_.stop);
-  return Piece{start, segment_.position, &cue};
+  segment_.position = std::min(nanoseconds(cue->end), segment_.stop);
+  return Piece{start, segment_.position, cue};
 }
 
 std::optional<Piece> Playback::takeReverse(const CueList& cues) {
-  if (next_ == 0) return std::nullopt;
-  const Cue& cue = cues.cues()[next_ - 1];
-  const GstClockTime end = std::min(nanoseconds(cue.end), segment_.stop);
-  if (end <= segment_.start) return std::nullopt;
+  const Cue* cue = next_ > 0 ? &cues.cues()[next_ - 1] : nullptr;
+  GstClockTime end = segment_.start;
+  if (cue != nullptr) end = std::max(end, std::min(nanoseconds(cue->end), segment_.stop));
   const auto flipped = [this](GstClockTime time) { return segment_.stop - time; };
   if (segment_.position > end) {
     const Piece gap{flipped(segment_.position), flipped(end), nullptr};
     segment_.position = end;
     return gap;
   }
+  if (end == segment_.start) return std::nullopt;
   --next_;
-  segment_.position = std::max(nanoseconds(cue.start), segment_.start);
-  return Piece{flipped(end), flipped(segment_.position), &cue};
+  segment_.position = std::max(nanoseconds(cue->start), segment_.start);
+  return Piece{flipped(end), flipped(segment_.position), cue};
 }
 
 }  // namespace Ombe

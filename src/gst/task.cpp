@@ -70,8 +70,11 @@ void sendSegment(OmbeSubParse* element) {
 GstBuffer* bufferOf(const Piece& piece, const CueList& cues, ColorOrder order) {
   std::string text;
   for (const std::uint32_t shown : cues.shown(*piece.cue)) {
-    if (!text.empty()) text += '\n';
+    const std::size_t before = text.size();
+    if (before > 0) text += '\n';
+    const std::size_t start = text.size();
     appendPangoMarkup(cues.text(shown), order, text);
+    if (text.size() == start) text.resize(before);  // no line for a text of tags alone
   }
   // The NUL behind the text is there for those who look for it, and not counted.
   GstBuffer* buffer = gst_buffer_new_memdup(text.c_str(), text.size() + 1);

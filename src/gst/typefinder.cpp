@@ -7,11 +7,12 @@
 namespace Ombe {
 namespace {
 
-/// What there is of the head: peeking at more bytes than a stream has gives none.
+/// What there is of the head. Peeking at more bytes than a stream has gives none, and its length may
+/// be unknown, so small sizes are tried one by one.
 std::string_view peekHead(GstTypeFind* find) {
   guint64 size = gst_type_find_get_length(find);
   size = size == 0 ? kHeadSize : std::min<guint64>(size, kHeadSize);
-  for (; size > 0; size /= 2) {
+  for (; size > 0; size = size > 128 ? size / 2 : size - 1) {
     const guint8* bytes = gst_type_find_peek(find, 0, static_cast<guint>(size));
     if (bytes != nullptr) return {reinterpret_cast<const char*>(bytes), size};
   }
