@@ -21,9 +21,11 @@ room(host/session host/text host/io/failure.h host/io/environment.h engine)
 room(host/writers host/session host/text host/io engine)
 room(host/play host/session host/text host/io engine)
 room(host/check host/session host/text host/io microdvd/lines engine)
+room(host/fix host/check host/session host/text host/io microdvd/lines engine)
 room(host/export host/writers host/session host/text host/io host/check host/cli/exit_code.h engine)
 room(host/cli host/session host/text host/io engine)
-room(host/commands host/cli host/export host/check host/play host/writers host/session host/text
+room(host/commands host/cli host/export host/fix host/check host/play host/writers host/session
+  host/text
   host/io engine)
 room(host host/cli host/io)
 room(gst host/session host/text host/io host/check microdvd/lines engine)

@@ -14,6 +14,7 @@ std::vector<Command> allCommands() {
       exportCommand(),
       playCommand(),
       checkCommand(),
+      fixCommand(),
       inspectCommand(),
       completionCommand(),
       manCommand(),

@@ -59,6 +59,7 @@ Command infoCommand();
 Command exportCommand();
 Command playCommand();
 Command checkCommand();
+Command fixCommand();
 Command inspectCommand();
 Command completionCommand();
 Command manCommand();

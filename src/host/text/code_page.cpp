@@ -19,11 +19,13 @@ bool isKnownCodePage(const std::string& name) {
 
 void CodePageReader::Close::operator()(UConverter* converter) const { ucnv_close(converter); }
 
-CodePageReader::CodePageReader(const std::string& name) {
+CodePageReader::CodePageReader(const std::string& name, Unreadable unreadable) {
   UErrorCode status = U_ZERO_ERROR;
   converter_.reset(ucnv_open(name.c_str(), &status));
-  ucnv_setToUCallBack(converter_.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
-                      &status);
+  ucnv_setToUCallBack(
+      converter_.get(),
+      unreadable == Unreadable::kStop ? UCNV_TO_U_CALLBACK_STOP : UCNV_TO_U_CALLBACK_SUBSTITUTE,
+      nullptr, nullptr, nullptr, &status);
   if (U_FAILURE(status)) throw std::invalid_argument("unknown code page '" + name + "'");
 }
 

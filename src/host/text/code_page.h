@@ -16,8 +16,11 @@ bool isKnownCodePage(const std::string& name);
 /// Reads texts of one code page, one after the other. One thread at a time.
 class CodePageReader {
  public:
+  /// What becomes of bytes that are no characters: they end the reading, or become U+FFFD.
+  enum class Unreadable { kStop, kReplace };
+
   /// Throws std::invalid_argument for a code page that ICU does not know.
-  explicit CodePageReader(const std::string& name);
+  explicit CodePageReader(const std::string& name, Unreadable unreadable = Unreadable::kStop);
 
   /// Whether all bytes are characters of the code page. Takes no memory to speak of.
   bool reads(std::string_view text);

@@ -1,0 +1,22 @@
+// The bytes of a file as text.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Ombe {
+
+struct DecodedText {
+  std::string text;      ///< UTF-8 without a signature
+  std::string codePage;  ///< that the bytes were in
+  bool isLossy = false;  ///< bytes that are no characters of it became U+FFFD
+  /// No code page was known for bytes that are no UTF-8; there is no text, but guesses.
+  bool isUnknown = false;
+  std::vector<std::string> likely = {};
+};
+
+/// Decodes the bytes by the code page named, which ICU knows; with an empty name as UTF-8, or as
+/// UTF-16 that lacks its signature. Throws std::length_error beyond 700 MB.
+DecodedText decodeBytes(std::string bytes, const std::string& codePage);
+
+}  // namespace Ombe

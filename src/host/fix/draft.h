@@ -1,0 +1,50 @@
+// A subtitle that is being mended, until it is known what follows it.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "host/fix/head.h"
+#include "microdvd/lines/frame_rate.h"
+
+namespace Ombe {
+
+/// The rate that the plug-in would count a text's times with, found line by line.
+class RateFinder {
+ public:
+  /// Whether a line with these numbers and this text is a header where it stands.
+  [[nodiscard]] bool isHeader(std::string_view first, std::string_view last,
+                              std::string_view text) const;
+  /// Takes a line in, header or subtitle, once it is complete. Whether it was a header.
+  bool take(std::string_view first, std::string_view last, std::string_view text);
+
+  [[nodiscard]] FrameRate rate() const { return rate_.isSet() ? rate_ : kDefaultFrameRate; }
+
+ private:
+  FrameRate rate_;
+};
+
+/// The number as the plug-in reads it.
+std::int32_t frameOf(std::string_view number);
+
+/// Where a subtitle without a usable end is to end: where the next begins (if it does later), five
+/// seconds after the start at most.
+std::int32_t endFor(std::int32_t start, std::optional<std::int32_t> next, FrameRate rate);
+
+struct Draft {
+  std::uint64_t line = 0;
+  std::string_view original;  ///< the whole line
+  Head head;
+  std::string text;  ///< where other lines go on with it; else it is the head's
+  bool isJoined = false;
+
+  [[nodiscard]] std::string_view wholeText() const { return isJoined ? text : head.text; }
+  [[nodiscard]] bool endsBeforeStart() const {
+    return !head.last.empty() && frameOf(head.last) < frameOf(head.first);
+  }
+  void join(std::string_view more);
+};
+
+}  // namespace Ombe
