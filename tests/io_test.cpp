@@ -16,7 +16,7 @@ using namespace Ombe;  // NOLINT(google-build-using-namespace): the subject of e
 TEST(OutputFile, IsThereWholeOrAsItWasBefore) {
   const TempFile old("old", "out");
   const fs::path folder = fs::path(old.path()).parent_path();
-  fs::permissions(old.path(), fs::perms(0640));
+  fs::permissions(old.path(), fs::perms(06640));
   fs::create_symlink("out", folder / "link");
   const auto write = [](const fs::path& path, int signal = 0, bool commits = true) {
     OutputFile output(path.string());
@@ -28,6 +28,7 @@ TEST(OutputFile, IsThereWholeOrAsItWasBefore) {
     if (commits) output.commit();
   };
   write(old.path(), 0, false);
+  EXPECT_EQ(fs::status(old.path()).permissions(), fs::perms(06640));
   EXPECT_EXIT(write(old.path(), SIGTERM), testing::KilledBySignal(SIGTERM), "");
   for (const fs::path& path : {folder, folder / "none" / "out", fs::path("/dev/full")}) {
     EXPECT_THROW(write(path), Failure) << path;

@@ -17,7 +17,8 @@ struct ProbeOptions {
 bool isRecognised(const std::string& file, const SessionOptions& options) {
   Session session(options);
   try {
-    return session.probe(InputFile(file).path());
+    const InputFile input(file);
+    return asNamed(input, [&] { return session.probe(input.path()); });
   } catch (const Failure& failure) {
     reportError(messageOf(failure));
     return false;

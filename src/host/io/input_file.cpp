@@ -6,12 +6,16 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <system_error>
 
 #include "host/io/descriptor_io.h"
 #include "host/io/failure.h"
+#include "host/io/temporary_files.h"
+#include "host/text/utf8_scan.h"
 
 namespace Ombe {
+namespace fs = std::filesystem;
 namespace {
 
 /// An error number, 0 for success.
@@ -28,9 +32,14 @@ int copyStandardInput(int file) {
 }  // namespace
 
 InputFile::InputFile(const std::string& name) : name_(name), path_(name) {
-  if (name != "-") return;
-  name_ = "standard input";
-  makeTemporary(copyStandardInput);
+  if (name == "-") {
+    name_ = "standard input";
+    makeTemporary(copyStandardInput);
+  } else if (const fs::path path = fs::absolute(name); !isUtf8(path.native())) {
+    // One that cannot be opened is told by its name.
+    descriptor_ = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor_ >= 0) nameDescriptor(path.filename().string());
+  }
 }
 
 InputFile InputFile::holding(std::string_view content) { return {content, Holding{}}; }
@@ -40,30 +49,22 @@ InputFile::InputFile(std::string_view content, Holding /*tag*/) : name_("tempora
 }
 
 InputFile::~InputFile() {
-  if (guard_) ::unlink(path_.c_str());
+  if (descriptor_ >= 0) ::close(descriptor_);
 }
 
 template <typename Fill>
 void InputFile::makeTemporary(const Fill& fill) {
-  constexpr char kEnding[] = ".sub";
   const char* folder = std::getenv("TMPDIR");
-  path_ = std::string(folder == nullptr || *folder == '\0' ? "/tmp" : folder) + "/ombe-XXXXXX";
-  path_ += kEnding;
-  int file = -1;
-  int error = 0;
-  {
-    const TemporaryFileMaking making;
-    file = ::mkostemps(path_.data(), sizeof kEnding - 1, O_CLOEXEC);
-    if (file < 0) error = errno;
-    if (file >= 0) guard_.emplace(path_);
-  }
-  if (file >= 0) {
-    error = fill(file);
-    if (::close(file) != 0 && error == 0) error = errno;
-  }
-  if (error == 0) return;
-  if (file >= 0) ::unlink(path_.c_str());
+  descriptor_ = openUnnamed(folder == nullptr || *folder == '\0' ? "/tmp" : folder, 0600);
+  const int error = descriptor_ < 0 ? errno : fill(descriptor_);
+  if (error == 0) return nameDescriptor(name_ + ".sub");
+  if (descriptor_ >= 0) ::close(descriptor_);
   throw Failure(name_, Step::kRead, "cannot be copied: " + std::generic_category().message(error));
+}
+
+void InputFile::nameDescriptor(const std::string& name) {
+  path_ = "/proc/self/fd/" + std::to_string(descriptor_);
+  path_.append(1, '\0').append("/").append(name);
 }
 
 }  // namespace Ombe

@@ -1,17 +1,16 @@
 // A source as it is named on the command line.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include "host/io/failure.h"
-#include "host/io/temporary_files.h"
 
 namespace Ombe {
 
-/// A file, or "-" for standard input, which is copied to a temporary file (in TMPDIR, else /tmp)
-/// with the ending .sub, since plug-ins read files; the destructor removes it.
+/// A file, or "-" for standard input, which is copied to a file without a name (in TMPDIR, else
+/// /tmp), since plug-ins read files. A file whose path is no UTF-8, so that no URI can name it, is
+/// opened here.
 class InputFile {
  public:
   /// Throws Failure when standard input cannot be copied.
@@ -22,7 +21,8 @@ class InputFile {
   InputFile& operator=(const InputFile&) = delete;
   ~InputFile();
 
-  /// What to open.
+  /// What to open. Of what has no name for a URI, the number of its descriptor, and behind a NUL,
+  /// to which the system and plug-ins read, a name with an ending for plug-ins to go by.
   [[nodiscard]] const std::string& path() const { return path_; }
   /// What to call it in messages.
   [[nodiscard]] const std::string& name() const { return name_; }
@@ -32,10 +32,11 @@ class InputFile {
   InputFile(std::string_view content, Holding tag);
   template <typename Fill>
   void makeTemporary(const Fill& fill);
+  void nameDescriptor(const std::string& name);
 
   std::string name_;
   std::string path_;
-  std::optional<TemporaryFileGuard> guard_;
+  int descriptor_ = -1;  // owned; -1 for a file that is opened by its name
 };
 
 /// Calls `use`. A Failure that names the file opened, which for standard input is a copy, leaves as

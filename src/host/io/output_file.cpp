@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
@@ -12,6 +13,7 @@
 
 #include "host/io/descriptor_io.h"
 #include "host/io/failure.h"
+#include "host/io/temporary_files.h"
 #include "host/text/visible_text.h"
 
 namespace Ombe {
@@ -28,6 +30,34 @@ std::string behindLinks(fs::path path) {
     path = path.parent_path() / next;
   }
   return path.string();
+}
+
+/// Gives a file the owner, the group and the permissions of the one that it replaces, as far as
+/// this user may, but never the right to run as somebody else. No more open than that one was: a
+/// group that could not be kept passes on what everybody had. A file system without permissions
+/// refuses all of it.
+void makeLike(const struct stat& replaced, int file) {
+  mode_t permissions = replaced.st_mode & 0777U;
+  const bool keepsGroup = ::fchown(file, replaced.st_uid, replaced.st_gid) == 0 ||
+                          ::fchown(file, static_cast<uid_t>(-1), replaced.st_gid) == 0;
+  if (!keepsGroup) permissions = (permissions & 0707U) | (permissions & 07U) << 3U;
+  static_cast<void>(::fchmod(file, permissions));
+}
+
+/// An error number, 0 for success. A file system that cannot do it has nothing to wait for.
+int syncToDisk(int descriptor) {
+  return ::fsync(descriptor) == 0 || errno == EINVAL || errno == EROFS ? 0 : errno;
+}
+
+int copyWhole(int from, int to) {
+  std::array<char, 65536> block{};
+  if (::lseek(from, 0, SEEK_SET) != 0) return errno;
+  for (;;) {
+    const ssize_t got = readBytes(from, block.data(), block.size());
+    if (got <= 0) return got == 0 ? 0 : errno;
+    const int error = writeBytes(to, {block.data(), static_cast<std::size_t>(got)});
+    if (error != 0) return error;
+  }
 }
 
 }  // namespace
@@ -53,38 +83,65 @@ OutputFile::OutputFile(const std::string& path, Text text)
     target_ = fs::canonical(path, error).string();
     if (error) fail(error.value());
     openTemporary(existing.st_mode & 0777U);
-    // A file system without permissions refuses; the file is no more open than it was then.
-    static_cast<void>(::fchmod(descriptor_, existing.st_mode & 07777U));
+    makeLike(existing, descriptor_);
   }
 }
 
 OutputFile::~OutputFile() {
   if (descriptor_ >= 0 && descriptor_ != STDOUT_FILENO) ::close(descriptor_);
-  if (!temporary_.empty()) ::unlink(temporary_.c_str());
 }
 
 void OutputFile::commit() {
   flush();
+  if (isUnnamed_) replaceTarget();
   close();
-  if (temporary_.empty()) return;
-  if (std::rename(temporary_.c_str(), target_.c_str()) != 0) fail(errno);
-  temporary_.clear();
-  guard_.reset();
 }
 
 void OutputFile::openTemporary(mode_t permissions) {
+  const std::string folder = fs::path(target_).parent_path().string();
+  permissions_ = permissions;
+  descriptor_ = openUnnamed(folder.empty() ? "." : folder, permissions);
+  if (descriptor_ < 0) fail(errno);
+  isUnnamed_ = true;
+}
+
+/// The file itself gets the name where it can, a copy of it otherwise. An error number.
+int OutputFile::giveName(const char* name) {
+  const std::string unnamed = "/proc/self/fd/" + std::to_string(descriptor_);
+  if (::linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, name, AT_SYMLINK_FOLLOW) == 0) return 0;
+  if (errno == EEXIST) return errno;
+  const int copy = ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions_);
+  if (copy < 0) return errno;
+  struct stat replaced {};
+  if (::stat(target_.c_str(), &replaced) == 0) makeLike(replaced, copy);
+  int error = copyWhole(descriptor_, copy);
+  if (error == 0) error = syncToDisk(copy);
+  if (::close(copy) != 0 && error == 0) error = errno;
+  if (error != 0) ::unlink(name);
+  return error;
+}
+
+void OutputFile::replaceTarget() {
   static std::atomic<unsigned> count{0};
   const fs::path folder = fs::path(target_).parent_path();
+  int error = syncToDisk(descriptor_);
   do {
+    if (error != 0 && error != EEXIST) fail(error);
     const std::string name = ".ombe-" + std::to_string(::getpid()) + "-" + std::to_string(++count);
-    const std::string path = (folder / name).string();
-    const TemporaryFileMaking making;
-    descriptor_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions);
-    if (descriptor_ < 0) continue;
-    temporary_ = path;
-    guard_.emplace(path);
-  } while (descriptor_ < 0 && errno == EEXIST);
-  if (descriptor_ < 0) fail(errno);
+    const TemporaryFileGuard guard((folder / name).string());
+    error = giveName(guard.path());
+    if (error == 0 && std::rename(guard.path(), target_.c_str()) != 0) {
+      error = errno;
+      ::unlink(guard.path());
+      fail(error);
+    }
+  } while (error != 0);
+  const int entries =
+      ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (entries < 0) return;  // a folder that may be written but not read
+  error = syncToDisk(entries);
+  ::close(entries);
+  if (error != 0) fail(error);
 }
 
 void OutputFile::flush() {

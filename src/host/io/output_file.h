@@ -1,20 +1,17 @@
 // Where a command's data goes.
 #pragma once
 
-#include <sys/types.h>
+#include <sys/stat.h>
 
-#include <optional>
 #include <string>
-
-#include "host/io/temporary_files.h"
 
 namespace Ombe {
 
-/// Takes a command's data in big writes. A regular file is written under a temporary name beside it
-/// and takes its place in `commit`, so that it is there whole or as it was before; a device or pipe
-/// that exists is written straight, and so is standard output ("-"). A terminal gets the data made
-/// visible, anything else as it is. Every failure is thrown as a Failure that names the output. One
-/// thread at a time.
+/// Takes a command's data in big writes. A regular file is written without a name and
+/// takes its place in `commit`, when the disk has it, so that it is there whole or as it was
+/// before; a device or pipe that exists is written straight, and so is standard output ("-"). A
+/// terminal gets the data made visible, anything else as it is. Every failure is thrown as a
+/// Failure that names the output. One thread at a time.
 class OutputFile {
  public:
   /// Data that is visible already may hold escape sequences, which a terminal is then to follow.
@@ -23,7 +20,7 @@ class OutputFile {
   explicit OutputFile(const std::string& path, Text text = Text::kAsItCame);
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
-  /// Without `commit` the temporary is removed and nothing has changed.
+  /// Without `commit` nothing has changed.
   ~OutputFile();
 
   /// Append here whole characters, then call `drain`: it writes what has gathered once that is
@@ -40,6 +37,8 @@ class OutputFile {
   static constexpr std::size_t kWriteSize = std::size_t{1} << 20;
 
   void openTemporary(mode_t permissions);
+  [[nodiscard]] int giveName(const char* name);
+  void replaceTarget();
   void flush();
   void close();
   [[noreturn]] void fail(int error) const;
@@ -47,8 +46,8 @@ class OutputFile {
   Text text_;
   std::string path_;    // as given, for messages
   std::string target_;  // behind links; of a file that gets made or replaced
-  std::string temporary_;
-  std::optional<TemporaryFileGuard> guard_;
+  bool isUnnamed_ = false;
+  mode_t permissions_ = 0;
   std::string buffer_;
   int descriptor_ = -1;
 };

@@ -1,38 +1,33 @@
-// Files that must not outlive an interrupted run.
+// Files that must not outlive the program.
 #pragma once
 
-#include <atomic>
-#include <csignal>
+#include <sys/types.h>
+
+#include <mutex>
 #include <string>
 
 namespace Ombe {
 
+/// A new file that can be read and written and goes with its last descriptor, whatever ends the
+/// process: without a name in `folder`, or in memory where the file system has no such files.
+/// -1 and errno otherwise.
+int openUnnamed(const std::string& folder, mode_t permissions);
+
 /// While it lives, SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGXCPU and SIGXFSZ remove the file
-/// of that name before they end the process; signals that are ignored stay ignored. Any thread; a
-/// few dozen at once, and those beyond are not covered.
+/// of that name before they end the process; signals that are ignored stay ignored. There is one at
+/// a time: the constructor waits for that of another thread.
 class TemporaryFileGuard {
  public:
-  explicit TemporaryFileGuard(const std::string& path);
+  explicit TemporaryFileGuard(std::string path);
   TemporaryFileGuard(const TemporaryFileGuard&) = delete;
   TemporaryFileGuard& operator=(const TemporaryFileGuard&) = delete;
   ~TemporaryFileGuard();
 
- private:
-  std::atomic<const char*>* slot_ = nullptr;
-};
-
-/// Lives while a thread makes a temporary file and its guard: a signal that ends the process waits
-/// that long (a second at most), and once one has come the constructor does not return. Keep it
-/// short; not to be nested.
-class TemporaryFileMaking {
- public:
-  TemporaryFileMaking();
-  TemporaryFileMaking(const TemporaryFileMaking&) = delete;
-  TemporaryFileMaking& operator=(const TemporaryFileMaking&) = delete;
-  ~TemporaryFileMaking();
+  [[nodiscard]] const char* path() const { return path_.c_str(); }
 
  private:
-  sigset_t before_;
+  std::unique_lock<std::mutex> lock_;
+  std::string path_;
 };
 
 }  // namespace Ombe

@@ -25,7 +25,7 @@ void requireReadable(const std::string& file) {
   if (!fs::is_regular_file(file)) {  // a plug-in reads it more than once
     throw Failure(file, Step::kRead, "is not a regular file");
   }
-  if (!isUtf8(fs::absolute(file).string())) {
+  if (!isUtf8(fs::absolute(file.c_str()).native())) {  // up to the NUL that plug-ins read to
     throw Failure(file, Step::kRead,
                   "its path is not UTF-8, so no URI can name it: rename the file or folder");
   }
