@@ -7,8 +7,8 @@
 namespace Ombe {
 namespace {
 
-/// What there is of the head. Peeking at more bytes than a stream has gives none, and its length may
-/// be unknown, so small sizes are tried one by one.
+/// What there is of the head. Peeking at more bytes than a stream has gives none, and its length
+/// may be unknown, so small sizes are tried one by one.
 std::string_view peekHead(GstTypeFind* find) {
   guint64 size = gst_type_find_get_length(find);
   size = size == 0 ? kHeadSize : std::min<guint64>(size, kHeadSize);

@@ -3,11 +3,11 @@
 #include <nlohmann/json.hpp>
 
 #include "host/cli/common_options.h"
+#include "host/commands/plugin_description.h"
 #include "host/io/input_file.h"
 #include "host/io/json_output.h"
 #include "host/io/output_file.h"
 #include "host/session/host_context.h"
-#include "host/commands/plugin_description.h"
 #include "host/session/plugin_library.h"
 
 namespace Ombe {
