@@ -1,4 +1,4 @@
-// Why a file will or will not play, WebVTT and exports of many files.
+// Why a file will or will not play.
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 
@@ -75,44 +75,6 @@ TEST(CodePages, AreGuessedForTheSamples) {
   }
   EXPECT_EQ(CodePageReader("windows-1251").read("\xCF\xF0"), "Пр");
   EXPECT_EQ(CodePageReader("Shift_JIS").read("\x83"), std::nullopt);
-}
-
-TEST(Export, WritesManyFilesAndKeepsWhatWouldCollide) {
-  const TempFile first("{1}{2}a\n", "a.sub");
-  const fs::path folder = fs::path(first.path()).parent_path();
-  fs::create_directories(folder / "more" / "closed");
-  const std::pair<const char*, const char*> files[] = {{"a.txt", "{1}{2}b\n"},
-                                                       {"more/a.sub", "{1}{2}c\n"},
-                                                       {"more/bad.sub", "{1}{2}c\nx\n"},
-                                                       {"more/readme.txt", "No subtitles.\n"}};
-  for (const auto& [name, content] : files) std::ofstream(folder / name) << content;
-  const std::pair<const char*, const char*> links[] = {{"loop1.sub", "loop2.sub"},
-                                                       {"loop2.sub", "loop1.sub"},
-                                                       {"more/1.srt", "2.srt"},
-                                                       {"more/2.srt", "../3.srt"}};
-  for (const auto& [name, target] : links) fs::create_symlink(target, folder / name);
-  const std::string program = "'" OMBE_BINARY "' export --plugin '" OMBE_PLUGIN "' ";
-  // Without these capabilities permissions bind root as well.
-  const std::string drop =
-      ::geteuid() == 0 ? "setpriv --bounding-set=-dac_override,-dac_read_search " : "";
-  const auto [code, out, err] =
-      runShell(folder, "chmod 0 more/closed; " + drop + program +
-                           "-f vtt -j 3 -o out loop1.sub loop2.sub a.sub a.txt more a.sub - "
-                           "<a.txt; code=$?; chmod 700 more/closed; exit $code");
-  EXPECT_EQ(code, 1);
-  EXPECT_THAT(err, HasSubstr("4 of 9 files written, 4 failed, 1 texts are no subtitles"));
-  EXPECT_THAT(err, HasSubstr("more/bad.sub: could not be opened"));
-  EXPECT_THAT(err, HasSubstr("more/closed: cannot be read: Permission denied"));
-  std::vector<std::string> names;
-  for (const auto& entry : fs::recursive_directory_iterator(folder / "out")) {
-    names.push_back(entry.path().lexically_relative(folder / "out").string());
-  }
-  // A folder that was named is no part of the names in it.
-  EXPECT_THAT(names, testing::UnorderedElementsAre("a.vtt", "a.txt.vtt", "a.sub.vtt", "stdin.vtt"));
-  EXPECT_EQ(runShell(folder, program + "a.sub more").exitCode, 2);
-  EXPECT_EQ(runShell(folder, program + "-o a.sub/out/ more").exitCode, 1);
-  EXPECT_EQ(runShell(folder, program + "-o more/1.srt a.sub").exitCode, 0);
-  EXPECT_TRUE(fs::is_symlink(folder / "more/1.srt") && fs::exists(folder / "3.srt"));
 }
 
 TEST(TemporaryFiles, AreGoneWhicheverSignalEndsTheirThreads) {

@@ -1,26 +1,9 @@
+#include "host/export/export.h"
+
 #include "host/cli/common_options.h"
-#include "host/export/export_batch.h"
-#include "host/export/export_file.h"
-#include "host/export/export_options.h"
-#include "host/io/messages.h"
-#include "host/writers/subtitle_writer.h"
 
 namespace Ombe {
 namespace {
-
-ExitCode exportFiles(const std::vector<std::string>& files, const ExportOptions& options) {
-  if (isBatch(files, options.output)) {
-    if (options.output == "-") {
-      reportError("several files need a folder to go to: add -o DIR");
-      return ExitCode::kWrongUsage;
-    }
-    return exportBatch(planExport(files, options.output, options.writer.format), options);
-  }
-  for (const std::string& remark : exportFile(files.front(), options.output, options)) {
-    reportError(remark);
-  }
-  return ExitCode::kDone;
-}
 
 std::vector<Option> ownOptions(std::vector<std::string>& files, ExportOptions& options) {
   return {{.names = {"FILE"},
@@ -70,7 +53,7 @@ Command exportCommand() {
               "         ombe export -f vtt films/ -o out/",
           .options =
               withSourceOptions(ownOptions(asked->files, asked->options), asked->options.session),
-          .run = [asked] { return exportFiles(asked->files, asked->options); }};
+          .run = [asked] { return exportSources(asked->files, asked->options); }};
 }
 
 }  // namespace Ombe

@@ -1,12 +1,14 @@
-#include "host/export/export_file.h"
+#include <array>
+#include <fstream>
+#include <string_view>
 
-#include "host/export/export_options.h"
+#include "host/check/foreign_format.h"
+#include "host/export/export.h"
+#include "host/export/export_steps.h"
 #include "host/io/input_file.h"
 #include "host/io/output_file.h"
-#include "host/session/session.h"
 #include "host/session/subtitle.h"
 #include "host/text/garbled_texts.h"
-#include "host/writers/subtitle_writer.h"
 
 namespace Ombe {
 namespace {
@@ -32,11 +34,19 @@ std::vector<std::string> exportSession(Session& session, const InputFile& input,
     file.drain();
   });
   writer->end(file.buffer());
-  file.commit();
   std::vector<std::string> remarks = writer->remarks();
   remarkOn(garbled, remarks);
   for (std::string& remark : remarks) remark.insert(0, input.name() + ": ");
+  file.commit();  // last, so that no file is in its place and told as failed
   return remarks;
+}
+
+/// What a file that is not recognised looks like; empty for no idea.
+std::string_view looksOf(const InputFile& input) {
+  std::array<char, 1024> head{};
+  std::ifstream file(input.path(), std::ios::binary);
+  file.read(head.data(), head.size());
+  return foreignFormat({head.data(), static_cast<std::size_t>(file.gcount())});
 }
 
 }  // namespace
@@ -45,7 +55,15 @@ std::vector<std::string> exportFile(const std::string& input, const std::string&
                                     const ExportOptions& options) {
   const InputFile file(input);
   Session session(options.session);
-  return asNamed(file, [&] { return exportSession(session, file, output, options); });
+  return asNamed(file, [&] {
+    try {
+      return exportSession(session, file, output, options);
+    } catch (const Failure& failure) {
+      const std::string_view looks = failure.step() == Step::kProbe ? looksOf(file) : "";
+      if (looks.empty()) throw;
+      throw Failure(file.name(), Step::kProbe, "not recognised: " + std::string(looks));
+    }
+  });
 }
 
 }  // namespace Ombe

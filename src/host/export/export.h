@@ -1,0 +1,27 @@
+// Sources written in another format.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "host/cli/exit_code.h"
+#include "host/session/session.h"
+#include "host/writers/subtitle_writer.h"
+
+namespace Ombe {
+
+struct ExportOptions {
+  SessionOptions session = {};
+  WriterOptions writer = {};
+  std::string output = "-";  ///< file, folder for several, or "-" for standard output
+  std::size_t jobs = 0;      ///< threads; 0 for as many as there are processors
+};
+
+/// Writes one source to the output, or several, folders among them, each to a file of its own below
+/// it. Outputs that are inputs as well are refused before anything is written. Of several sources,
+/// one that fails keeps none of the others from being written; what became of them goes to standard
+/// error. Throws Failure: for a single source, or before anything is written.
+ExitCode exportSources(const std::vector<std::string>& sources, const ExportOptions& options);
+
+}  // namespace Ombe
