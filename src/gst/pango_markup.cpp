@@ -2,14 +2,20 @@
 
 #include <algorithm>
 
+#include "host/text/utf8_scan.h"
+
 namespace Ombe {
 namespace {
 
-/// Most texts are ASCII that means nothing else in Pango.
+/// Most texts mean nothing else in Pango and hold nothing that acts instead of showing: such
+/// characters of several bytes begin with one of three.
 bool isPlain(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) {
-    return (c >= ' ' && c < 0x7F && c != '<' && c != '>' && c != '&') || c == '\n';
-  });
+  const auto shows = [](char c) {
+    const bool mayAct = c == '\xC2' || c == '\xD8' || c == '\xE2';
+    const bool isControl = static_cast<unsigned char>(c) < ' ' || c == '\x7F';
+    return !mayAct && (!isControl || c == '\n') && c != '<' && c != '>' && c != '&';
+  };
+  return std::all_of(text.begin(), text.end(), shows) && isUtf8(text);
 }
 
 void appendEscaped(std::string_view text, std::string& out) {
