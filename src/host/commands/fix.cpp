@@ -98,6 +98,7 @@ class Fixing {
         fail(file, stepName(Step::kRead), error.what());
       }
     }
+    report_.commit();
     if (asked_.json) writeJson({{"version", kJsonVersion}, {"files", files_}});
     return code_;
   }
@@ -189,15 +190,15 @@ class Fixing {
   }
 
   /// The text may be on standard output.
-  void say(const std::string& line) const {
+  void say(const std::string& line) {
     if (toldOnErrors_) return reportError(line);
-    OutputFile output("-");
-    output.buffer() = visibleLine(line) + "\n";
-    output.commit();
+    report_.buffer().append(visibleLine(line)).append("\n");
+    report_.drain();
   }
 
   const Asked& asked_;
   const bool toldOnErrors_;
+  OutputFile report_{"-", OutputFile::Text::kVisible};  // gets nothing when texts go there
   std::set<std::string> written_;
   Json files_ = Json::array();
   ExitCode code_ = ExitCode::kDone;
