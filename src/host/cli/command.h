@@ -35,7 +35,7 @@ struct Option {
   [[nodiscard]] bool isFlag() const { return !isPositional() && value.empty(); }
 };
 
-/// A word of the command line, or of a key, and what it means.
+/// A word or a key, and what it means.
 struct Meaning {
   std::string name;
   std::string meaning;
@@ -49,8 +49,8 @@ struct Command {
   /// Does the work with the options as they were set, which it owns. Writes data to standard output
   /// or where the options say, and messages to standard error. Throws Failure.
   std::function<ExitCode()> run = {};
-  std::vector<Meaning> notes = {};  ///< for the manual page alone
-  bool isHidden = false;            ///< meant for the build, not for people
+  std::vector<Meaning> keys = {};  ///< those that it takes, for the manual page alone
+  bool isHidden = false;           ///< meant for the build, not for people
 };
 
 // One file each in host/commands makes them.

@@ -81,7 +81,8 @@ void appendCommand(std::string& out, const Command& command) {
   out.append(".SS ").append(command.name).append("\n").append(escaped(command.purpose));
   out += ".\n";
   for (const Option& option : command.options) appendOption(out, option);
-  appendMeanings(out, command.notes);
+  if (!command.keys.empty()) out += ".PP\nKeys:\n";
+  appendMeanings(out, command.keys);
   appendFooter(out, command.footer);
 }
 

@@ -1,23 +1,40 @@
 #include "host/export/export.h"
 
+#include <optional>
+
 #include "host/cli/common_options.h"
 
 namespace Ombe {
 namespace {
 
-std::vector<Option> ownOptions(std::vector<std::string>& files, ExportOptions& options) {
+struct Asked {
+  std::vector<std::string> files;
+  std::optional<std::string> format;
+  ExportOptions options;
+};
+
+ExitCode exportAsked(const Asked& asked) {
+  ExportOptions options = asked.options;
+  options.takesEnding = !asked.format;
+  if (asked.format) options.writer.format = *asked.format;
+  return exportSources(asked.files, options);
+}
+
+std::vector<Option> ownOptions(Asked& asked) {
+  ExportOptions& options = asked.options;
   return {{.names = {"FILE"},
            .purpose = "Subtitle files and folders of them; - is standard input",
            .takesFile = true,
            .isRequired = true,
            .isRepeated = true,
-           .set = into(files)},
+           .set = into(asked.files)},
           {.names = {"-f", "--format"},
            .value = "FORMAT",
            .purpose = "Format to write",
            .choices = writerNames(),
            .initial = options.writer.format,
-           .set = into(options.writer.format)},
+           .more = "Without it, the ending of OUT may say another.",
+           .set = into(asked.format)},
           {.names = {"-o", "--output"},
            .value = "OUT",
            .purpose = "File to write, or folder for several; - is standard output",
@@ -41,19 +58,14 @@ std::vector<Option> ownOptions(std::vector<std::string>& files, ExportOptions& o
 }  // namespace
 
 Command exportCommand() {
-  struct Asked {
-    std::vector<std::string> files;
-    ExportOptions options;
-  };
   const auto asked = std::make_shared<Asked>();
   return {.name = "export",
           .purpose = "Write subtitles in another format",
           .footer =
               "Example: ombe export movie.sub --frame-rate 23.976 -o movie.srt\n"
               "         ombe export -f vtt films/ -o out/",
-          .options =
-              withSourceOptions(ownOptions(asked->files, asked->options), asked->options.session),
-          .run = [asked] { return exportSources(asked->files, asked->options); }};
+          .options = withSourceOptions(ownOptions(*asked), asked->options.session),
+          .run = [asked] { return exportAsked(*asked); }};
 }
 
 }  // namespace Ombe

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <nlohmann/json.hpp>
 
+#include "host/check/stated_rate.h"
 #include "host/cli/common_options.h"
 #include "host/commands/plugin_description.h"
 #include "host/io/input_file.h"
@@ -37,6 +38,7 @@ struct FileInfo {
   std::vector<StreamDescription> streams;
   std::optional<std::uint64_t> size;  ///< bytes
   std::optional<Ratio> frameRate;     ///< settings, as they stand after opening
+  std::string fileRate;               ///< what holds where none is set, if it is known
   std::optional<std::string> codePage;
   std::optional<bool> autodetected;
   std::uint64_t subtitles = 0;
@@ -148,7 +150,8 @@ void appendText(std::string& out, const FileInfo& info) {
   }
   const auto& rate = info.frameRate;
   appendRow(out, "frame rate",
-            rate ? fmt::format("{}/{}", rate->numerator, rate->denominator) : "not set");
+            rate ? fmt::format("{}/{}", rate->numerator, rate->denominator)
+                 : "not set" + (info.fileRate.empty() ? "" : "; " + info.fileRate));
   appendRow(out, "code page", info.codePage.value_or("not set"));
   appendRow(out, "autodetected",
             info.autodetected ? (*info.autodetected ? "yes" : "no") : "not set");
@@ -174,7 +177,14 @@ ExitCode info(const InfoOptions& options) {
     document["plugin"] = toJson(plugin);
     const FileInfo info = asNamed(input, [&] {
       session.open(input.path());
-      return describeFile(session);
+      FileInfo found = describeFile(session);
+      const auto& types = plugin.mediaTypes;
+      if (!types.empty() && types.front().first == "text/x-sub") {  // the format with such a header
+        const bool hasSignature = found.autodetected.value_or(false);
+        found.fileRate =
+            fileRateText(input.path(), hasSignature ? found.codePage.value_or("") : "");
+      }
+      return found;
     });
     document.update(toJson(info));
     if (!options.json) writeText(input.name(), info, plugin);

@@ -138,7 +138,18 @@ Command playCommand() {
           .purpose = "Play the subtitles in the terminal",
           .footer = "Example: ombe play movie.sub --start 1:30",
           .options = withSourceOptions(ownOptions(*asked), asked->session),
-          .run = [asked] { return play(*asked); }};
+          .run = [asked] { return play(*asked); },
+          .keys = {{"space", "pauses and goes on"},
+                   {"left, right", "move by 5 seconds"},
+                   {"down, up", "move by 60 seconds"},
+                   {"[ ]", "play slower, faster"},
+                   {"r", "reverses the direction"},
+                   {"f F", "step through frame rates"},
+                   {"c", "steps through code pages"},
+                   {"o O", "move the subtitles by -100, +100 milliseconds"},
+                   {"g", "goes to a time"},
+                   {"?", "shows the keys"},
+                   {"q", "quits"}}};
 }
 
 }  // namespace Ombe

@@ -1,4 +1,5 @@
 #include "host/cli/common_options.h"
+#include "host/commands/plugin_description.h"
 #include "host/io/input_file.h"
 #include "host/io/messages.h"
 #include "host/io/output_file.h"
@@ -13,15 +14,19 @@ struct ProbeOptions {
   SessionOptions session;
 };
 
-/// A session of its own for every file: a code page found in one must not be used for the next.
-bool isRecognised(const std::string& file, const SessionOptions& options) {
+/// What the plug-in calls such files, empty for one that it does not recognise. A session of its
+/// own for every file: a code page found in one must not be used for the next.
+std::string recognise(const std::string& file, const SessionOptions& options) {
   Session session(options);
   try {
     const InputFile input(file);
-    return asNamed(input, [&] { return session.probe(input.path()); });
+    if (!asNamed(input, [&] { return session.probe(input.path()); })) return {};
+    const auto types = describePlugin(session.library().path(), session.plugin()).mediaTypes;
+    if (types.empty()) return "recognised";
+    return types.front().first == "text/x-sub" ? "MicroDVD" : types.front().first;
   } catch (const Failure& failure) {
     reportError(messageOf(failure));
-    return false;
+    return {};
   }
 }
 
@@ -29,12 +34,13 @@ ExitCode probe(const ProbeOptions& options) {
   ExitCode code = ExitCode::kDone;
   OutputFile output("-");
   for (const std::string& file : options.files) {
-    const bool recognised = isRecognised(file, options.session);
-    output.buffer()
-        .append(visibleLine(file))
-        .append(recognised ? ": MicroDVD\n" : ": not recognised\n");
+    std::string answer = recognise(file, options.session);
+    if (answer.empty()) {
+      code = ExitCode::kRefused;
+      answer = "not recognised";
+    }
+    output.buffer().append(visibleLine(file)).append(": ").append(visibleLine(answer)).append("\n");
     output.drain();
-    if (!recognised) code = ExitCode::kRefused;
   }
   output.commit();
   return code;

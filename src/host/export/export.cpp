@@ -6,7 +6,18 @@
 namespace Ombe {
 namespace {
 
-ExitCode exportOne(const std::string& source, const ExportOptions& options) {
+/// The format that the ending of an output's name stands for, `other` if it does for none.
+std::string formatOf(const std::string& output, const std::string& other) {
+  for (const std::string& format : writerNames()) {
+    if (output.ends_with("." + format)) return format;
+  }
+  return other;
+}
+
+ExitCode exportOne(const std::string& source, ExportOptions options) {
+  if (options.takesEnding) {
+    options.writer.format = formatOf(options.output, options.writer.format);
+  }
   refuseOverwriting({{{NamedSource::Kind::kNamed, source, "", ""}, options.output}});
   for (const std::string& remark : exportFile(source, options.output, options)) {
     reportError(remark);

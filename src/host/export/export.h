@@ -14,6 +14,7 @@ namespace Ombe {
 struct ExportOptions {
   SessionOptions session = {};
   WriterOptions writer = {};
+  bool takesEnding = false;  ///< write the format that a single output's ending stands for
   std::string output = "-";  ///< file, folder for several, or "-" for standard output
   std::size_t jobs = 0;      ///< threads; 0 for as many as there are processors
 };
