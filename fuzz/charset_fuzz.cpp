@@ -1,8 +1,8 @@
 // From bytes to UTF-8: signatures, conversions, the check on the result; and from a URI to a path.
 #include "host/session/host_controller.h"
-#include "host/session/settings.h"
 #include "ombe_core/status.h"
 #include "ombe_core/string_tools.h"
+#include "ombe_core/subtitle_settings.h"
 #include "support.h"
 #include "text/charset.h"
 #include "text/converter.h"

@@ -1,8 +1,8 @@
 // The parser makes the entries that splitting, scanning and rating by the C library makes.
 #include "microdvd/lines/style_codes.h"
 #include "microdvd/microdvd_parser.h"
-#include "stream/media_buffer_allocator.h"
-#include "stream/text_chunk.h"
+#include "stream/entries/media_buffer_allocator.h"
+#include "stream/entries/text_chunk.h"
 #include "support.h"
 
 using namespace Ombe;  // NOLINT(google-build-using-namespace)
@@ -76,13 +76,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Input input(data, size);
   FrameRate rate{input.number(), input.number()};
   MediaBufferAllocator allocator;
-  MicroDVDParser parser(allocator, rate, [](FrameRate) {});
+  FrameRate stated;
+  MicroDVDParser parser(allocator, rate, stated.numerator, stated.denominator);
   const ExactText text(input.rest);
   Entries expected;
   const bool isExpected = parsePlainly(std::string(text.view()), rate, expected);
   require(parser.parse(text.block.get()) == isExpected, "the same files are refused");
   Entries entries;
-  for (MediaChunk* entry : parser.entries()) {
+  for (MediaChunk* entry : parser.entries().list()) {
     const ChunkAccess access(*entry);
     append(entries, entry->timestamp, entry->duration,
            {reinterpret_cast<const char*>(access.bytes()), entry->bufferSize()});

@@ -9,12 +9,12 @@
 #include "host/session/host_container.h"
 #include "host/session/host_context.h"
 #include "host/session/playback_clock.h"
-#include "host/session/settings.h"
 #include "ombe_core/container_interface.h"
 #include "ombe_core/logger.h"
 #include "ombe_core/media_source.h"
 #include "ombe_core/plugin.h"
 #include "ombe_core/subtitle_control_interface.h"
+#include "ombe_core/subtitle_settings.h"
 #include "support.h"
 
 using namespace Ombe;  // NOLINT(google-build-using-namespace)

@@ -9,9 +9,9 @@
 
 #include "host/play/controls.h"
 #include "host/play/text_width.h"
-#include "host/session/settings.h"
 #include "host/text/number_text.h"
 #include "host/text/visible_text.h"
+#include "ombe_core/subtitle_settings.h"
 #include "support/run_program.h"
 #include "support/table.h"
 

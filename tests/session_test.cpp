@@ -6,8 +6,8 @@
 #include <sstream>
 #include <thread>
 
-#include "host/session/settings.h"
 #include "host/text/number_text.h"
+#include "ombe_core/subtitle_settings.h"
 #include "support/run_program.h"
 
 namespace ombe_test {

@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "ombe_core/string_tools.h"
+#include "ombe_core/subtitle_settings.h"
 #include "support/allocation_faults.h"
 #include "support/fakes.h"
 #include "text/charset.h"
@@ -14,6 +15,7 @@
 #include "text/memory_buffer.h"
 #include "text/source_path.h"
 #include "text/text_settings.h"
+#include "text/ucnv_library.h"
 #include "text/utf8.h"
 
 namespace Ombe {
@@ -128,8 +130,8 @@ TEST(Decoding, UsesTheStoredCodePageAndChecksTheFirstCharacter) {
     EXPECT_EQ(decoded(&store, rows[i + 1]), rows[i + 2]) << i;
   }
   for (const auto& value : {SettingValue::string(nullptr), SettingValue::boolean(true)}) {
-    store.setValue(codePageNameSetting(), value);
-    EXPECT_EQ(readStringSetting(&store, codePageNameSetting()) != nullptr, value.isString());
+    store.setValue(codePageSetting(), value);
+    EXPECT_EQ(readStringSetting(&store, codePageSetting()) != nullptr, value.isString());
     EXPECT_EQ(decoded(&store, "AB\x8E"), "AB\x8E");
   }
   EXPECT_EQ(decoded(nullptr, "AB"), "AB");

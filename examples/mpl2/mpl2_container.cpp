@@ -2,10 +2,7 @@
 
 #include <cstring>
 
-#include "container/program.ipp"
-#include "container/subtitle_parser_template.ipp"
-#include "stream/overlay_stream.ipp"
-#include "stream/stream_registry.ipp"
+#include "stream/text_format.ipp"
 
 namespace Ombe {
 

@@ -6,40 +6,19 @@
 #include "mpl2/mpl2_container.h"
 #include "mpl2/mpl2_line.h"
 #include "ombe_core/media_source.h"
-#include "ombe_core/plugin_context.h"
-#include "stream/text_chunk.h"
+#include "stream/entries/new_entries.h"
 #include "text/file_reader.h"
 #include "text/source_path.h"
 
 namespace Ombe {
 namespace {
 
-/// Entries that are being made; released unless a stream took them.
-class NewEntries {
- public:
-  explicit NewEntries(IBufferAllocator& allocator) : allocator_(allocator) {}
-  ~NewEntries() {
-    for (MediaChunk* entry : list) allocator_.deleteChunk(entry);
-  }
-  NewEntries(const NewEntries&) = delete;
-  NewEntries& operator=(const NewEntries&) = delete;
-
-  void add(const Mpl2Line& line) {
-    const auto size = static_cast<std::uint32_t>(line.text.size());
-    std::unique_ptr<unsigned char[]> copy(new unsigned char[size]);
-    if (size != 0) std::memcpy(copy.get(), line.text.data(), size);
-    OwnedChunk entry = createTextChunk(allocator_, std::move(copy), size);
-    entry->timestamp = line.startMs;
-    entry->duration = line.endMs - line.startMs;
-    list.append(entry.get());
-    static_cast<void>(entry.release());
-  }
-
-  EntryList list;
-
- private:
-  IBufferAllocator& allocator_;
-};
+void add(NewEntries& entries, const Mpl2Line& line) {
+  const auto size = static_cast<std::uint32_t>(line.text.size());
+  std::unique_ptr<unsigned char[]> copy(new unsigned char[size]);
+  if (size != 0) std::memcpy(copy.get(), line.text.data(), size);
+  entries.add(std::move(copy), size, line.startMs, line.endMs);
+}
 
 }  // namespace
 
@@ -53,13 +32,7 @@ bool Mpl2Container::probe(const MediaSource& source, std::int32_t /*reserved1*/,
     return false;
   }
   std::string_view rest = view(text);
-  PluginContext* context = getPluginContext();
-  if (!parseMpl2Line(takeLine(rest)) || context == nullptr) return false;
-  FormatRequirement format = FormatRequirement::text();
-  defaultCodePage(format.name);
-  if (context->supportsFormat(format.name)) return true;
-  if (missing != nullptr) missing->push_back(format);
-  return false;
+  return parseMpl2Line(takeLine(rest)) && isShown(getPluginContext(), missing);
 }
 
 Status Mpl2Container::open(const MediaSource& source) {
@@ -75,12 +48,12 @@ Status Mpl2Container::open(const MediaSource& source) {
   for (std::string_view line = takeLine(rest); !line.empty(); line = takeLine(rest)) {
     const auto parsed = parseMpl2Line(line);
     if (!parsed) return kGeneralFailure;
-    entries.add(*parsed);
+    add(entries, *parsed);
   }
-  if (entries.list.empty()) return kGeneralFailure;
+  if (entries.list().empty()) return kGeneralFailure;
   const std::string_view name = view(path).substr(view(path).rfind('/') + 1);
-  addStream(entries.list, toByteString(name), String(), String());
-  entries.list = {};  // the stream's now
+  addStream(entries.list(), toByteString(name), String(), String());
+  entries.letGo();  // the stream's now
   sourcePath = std::move(path);
   return kSuccess;
 }

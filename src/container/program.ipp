@@ -5,7 +5,7 @@
 
 #include "container/stream_choice.h"
 #include "container/subtitle_parser_template.h"
-#include "stream/overlay_stream.h"
+#include "ombe_core/stream_interface.h"
 
 namespace Ombe {
 

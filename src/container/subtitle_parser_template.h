@@ -9,17 +9,18 @@
 
 #include "ombe_core/container_host.h"
 #include "ombe_core/container_interface.h"
+#include "ombe_core/plugin_context.h"
 #include "ombe_core/setting_consumer.h"
 #include "ombe_core/subtitle_control_interface.h"
 #include "ombe_core/subtitle_controller.h"
-#include "stream/entry_list.h"
-#include "stream/media_buffer_allocator.h"
+#include "stream/entries/entry_list.h"
+#include "stream/entries/media_buffer_allocator.h"
 
 namespace Ombe {
 
 /// Presents an opened subtitle file as one program with its streams. A format derives from it and
 /// supplies detection, opening, media types and the stream's text format; the format's source file
-/// includes the .ipp files and instantiates the template.
+/// includes stream/text_format.ipp and instantiates the template.
 ///
 /// `mutex` serialises opening, activation, release, notifications and all stream operations; being
 /// recursive, it may be taken again by what they call. Host and controller are never owned.
@@ -56,6 +57,7 @@ class SubtitleParserTemplate : public ContainerInterface,
  protected:
   using Lock = boost::unique_lock<boost::recursive_mutex>;
 
+  bool isShown(PluginContext* context, FormatRequirementList* missing);
   bool readSubtitleText(const ByteString& path, ByteString& out, std::uint32_t limit);
   void addStream(EntryList& list, const ByteString& name, const String& language,
                  const String& region);

@@ -4,7 +4,8 @@
 #include "container/subtitle_parser_template.h"
 #include "ombe_core/file.h"
 #include "ombe_core/string_tools.h"
-#include "stream/due_time.h"
+#include "ombe_core/subtitle_settings.h"
+#include "stream/entries/due_time.h"
 #include "text/charset.h"
 #include "text/file_reader.h"
 #include "text/text_settings.h"
@@ -57,7 +58,7 @@ template <typename Format>
 void SubtitleParserTemplate<Format>::settingChanged(const Setting& setting,
                                                     const SettingValue* value) {
   const Lock lock(mutex);
-  if (value == nullptr || !value->isString() || !(setting == codePageNameSetting())) return;
+  if (value == nullptr || !value->isString() || !(setting == codePageSetting())) return;
   const String* name = value->asString();
   codePageName = name == nullptr ? String() : String(*name);
 }
@@ -65,8 +66,21 @@ void SubtitleParserTemplate<Format>::settingChanged(const Setting& setting,
 template <typename Format>
 bool SubtitleParserTemplate<Format>::convertEntryText(const unsigned char* bytes,
                                                       std::uint32_t length, ByteString& out) {
-  if (readFlagSetting(subtitleController, codePageAutodetectedSetting())) return false;
+  if (readFlagSetting(subtitleController, autodetectedSetting())) return false;
   return convertAndCheck(codePageName, bytes, length, out);
+}
+
+/// The end of a probe: whether the engine shows the streams' text format, which is appended to
+/// `missing` (may be null) when it does not. False without a context.
+template <typename Format>
+bool SubtitleParserTemplate<Format>::isShown(PluginContext* context,
+                                             FormatRequirementList* missing) {
+  if (context == nullptr) return false;
+  FormatRequirement format = FormatRequirement::text();
+  defaultCodePage(format.name);
+  if (context->supportsFormat(format.name)) return true;
+  if (missing != nullptr) missing->push_back(format);
+  return false;
 }
 
 /// Reads a file for parsing; `limit` is in bytes. Text with an encoding signature is decoded here
@@ -77,10 +91,10 @@ bool SubtitleParserTemplate<Format>::readSubtitleText(const ByteString& path, By
                                                       std::uint32_t limit) {
   const bool isRead = readFile(this->host, path, out, limit);
   if (this->host == nullptr) return isRead;
-  if (const String* name = readStringSetting(this->host, codePageNameSetting())) {
+  if (const String* name = readStringSetting(this->host, codePageSetting())) {
     codePageName = *name;
   }
-  if (readFlagSetting(this->host, codePageAutodetectedSetting())) {
+  if (readFlagSetting(this->host, autodetectedSetting())) {
     ByteString decoded;
     if (decodeText(this->host, out.data(), out.length(), decoded)) out = std::move(decoded);
   }

@@ -5,7 +5,6 @@
 #include "microdvd/lines/text_tokenizer.h"
 #include "microdvd/microdvd_container.h"
 #include "ombe_core/media_source.h"
-#include "ombe_core/plugin_context.h"
 #include "text/file_reader.h"
 #include "text/source_path.h"
 
@@ -36,13 +35,7 @@ bool isMicroDVD(SettingStore* store, const MediaSource& source) {
 
 bool MicroDVDContainer::probe(const MediaSource& source, std::int32_t /*reserved1*/,
                               std::int32_t /*reserved2*/, FormatRequirementList* missing) {
-  PluginContext* context = getPluginContext();
-  if (!isMicroDVD(host, source) || context == nullptr) return false;
-  FormatRequirement format = FormatRequirement::text();
-  defaultCodePage(format.name);
-  if (context->supportsFormat(format.name)) return true;
-  if (missing != nullptr) missing->push_back(format);
-  return false;
+  return isMicroDVD(host, source) && isShown(getPluginContext(), missing);
 }
 
 }  // namespace Ombe

@@ -3,11 +3,8 @@
 #include <cstring>
 #include <iterator>
 
-#include "container/program.ipp"
-#include "container/subtitle_parser_template.ipp"
-#include "microdvd/frame_rate_setting.h"
-#include "stream/overlay_stream.ipp"
-#include "stream/stream_registry.ipp"
+#include "ombe_core/subtitle_settings.h"
+#include "stream/text_format.ipp"
 
 namespace Ombe {
 
@@ -40,7 +37,7 @@ std::int32_t MicroDVDContainer::findMediaTypeRank(const ByteString& name) {
 
 void MicroDVDContainer::settingChanged(const Setting& setting, const SettingValue* value) {
   const Lock lock(mutex);
-  if (value != nullptr && setting == frameRateRatioSetting()) {
+  if (value != nullptr && setting == frameRateSetting()) {
     if (const auto wanted = value->asRatio()) changeFrameRate(*wanted);
   }
   SubtitleParserTemplate::settingChanged(setting, value);

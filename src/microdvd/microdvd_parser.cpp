@@ -7,19 +7,9 @@
 #include "microdvd/lines/style_codes.h"
 #include "microdvd/lines/text_tokenizer.h"
 #include "ombe_core/logger.h"
-#include "stream/text_chunk.h"
 
 namespace Ombe {
 namespace {
-
-/// The final text with a NUL behind it, for the log; the chunk's size does not count the NUL.
-OwnedChunk createEntry(IBufferAllocator& allocator, const StyledText& text) {
-  const auto size = static_cast<std::uint32_t>(text.size());
-  std::unique_ptr<unsigned char[]> copy(new unsigned char[std::size_t{size} + 1]);
-  text.copyTo(reinterpret_cast<char*>(copy.get()));
-  copy[size] = 0;
-  return createTextChunk(allocator, std::move(copy), size);
-}
 
 /// Looks for bars with memchr: most texts have none, and std::replace goes byte by byte.
 void breakLines(char* text, std::size_t length) {
@@ -31,7 +21,6 @@ void breakLines(char* text, std::size_t length) {
 }
 
 void logEntry(MediaChunk& entry) {
-  if (!Logger::instance().enabled()) return;
   const ChunkAccess access(entry);
   Logger::instance().log("Container", "open", 422, "got subtitle start: %d duration: %d '%s'",
                          static_cast<int>(entry.timestamp), static_cast<int>(entry.duration),
@@ -40,12 +29,12 @@ void logEntry(MediaChunk& entry) {
 
 }  // namespace
 
-MicroDVDParser::MicroDVDParser(IBufferAllocator& allocator, FrameRate rate, HeaderObserver onHeader)
-    : allocator_(allocator), rate_(rate), onHeader_(std::move(onHeader)) {}
-
-MicroDVDParser::~MicroDVDParser() {
-  for (MediaChunk* entry : entries_) allocator_.deleteChunk(entry);
-}
+MicroDVDParser::MicroDVDParser(IBufferAllocator& allocator, FrameRate rate,
+                               std::uint64_t& statedNumerator, std::uint64_t& statedDenominator)
+    : rate_(rate),
+      statedNumerator_(statedNumerator),
+      statedDenominator_(statedDenominator),
+      entries_(allocator) {}
 
 bool MicroDVDParser::parse(char* text) {
   TextTokenizer lines(text);
@@ -76,18 +65,21 @@ bool MicroDVDParser::takeHeader(const ScannedLine& line, char* text) {
   const HeaderReading reading = readHeader(text);
   if (reading.rate) {
     rate_ = *reading.rate;
-    onHeader_(rate_);
+    statedNumerator_ = rate_.numerator;
+    statedDenominator_ = rate_.denominator;
   }
   return reading.isHeader;
 }
 
 void MicroDVDParser::addEntry(const ScannedLine& line, std::string_view text) {
-  OwnedChunk entry = createEntry(allocator_, translateStyleCodes(text));
-  entry->timestamp = frameToMilliseconds(line.firstFrame, rate_);
-  entry->duration = frameToMilliseconds(line.lastFrame, rate_) - entry->timestamp;
-  logEntry(*entry);
-  entries_.append(entry.get());
-  static_cast<void>(entry.release());
+  const StyledText styled = translateStyleCodes(text);
+  const auto size = static_cast<std::uint32_t>(styled.size());
+  // With a NUL behind the text, for the log; the entry's size does not count it.
+  std::unique_ptr<unsigned char[]> copy(new unsigned char[std::size_t{size} + 1]);
+  styled.copyTo(reinterpret_cast<char*>(copy.get()));
+  copy[size] = 0;
+  logEntry(entries_.add(std::move(copy), size, frameToMilliseconds(line.firstFrame, rate_),
+                        frameToMilliseconds(line.lastFrame, rate_)));
 }
 
 }  // namespace Ombe

@@ -3,10 +3,10 @@
 #include <string_view>
 #include <utility>
 
-#include "microdvd/frame_rate_setting.h"
 #include "microdvd/microdvd_container.h"
 #include "microdvd/microdvd_parser.h"
 #include "ombe_core/media_source.h"
+#include "ombe_core/subtitle_settings.h"
 #include "text/file_reader.h"
 #include "text/source_path.h"
 
@@ -41,14 +41,12 @@ Status MicroDVDContainer::open(const MediaSource& source) {
   // The line splitter counts positions in 31 bits.
   if (text.length() > std::numeric_limits<std::int32_t>::max()) return kGeneralFailure;
 
-  MicroDVDParser parser(*allocator, rateFromSetting(), [this](FrameRate stated) {
-    fileFrameRateNumerator = stated.numerator;
-    fileFrameRateDenominator = stated.denominator;
-  });
+  MicroDVDParser parser(*allocator, rateFromSetting(), fileFrameRateNumerator,
+                        fileFrameRateDenominator);
   if (!parser.parse(reinterpret_cast<char*>(text.data()))) return kGeneralFailure;
   // The rate follows when nothing can fail any more, so that a failed open leaves the old one.
-  addStream(parser.entries(), fileName(view(uri)), String(), String());
-  parser.entriesTaken();
+  addStream(parser.entries().list(), fileName(view(uri)), String(), String());
+  parser.entries().letGo();
   frameRateNumerator = parser.rate().numerator;
   frameRateDenominator = parser.rate().denominator;
   sourcePath = std::move(path);
@@ -58,7 +56,7 @@ Status MicroDVDContainer::open(const MediaSource& source) {
 /// Unset when the user chose none, or one with a zero part.
 FrameRate MicroDVDContainer::rateFromSetting() const {
   SettingValue value;
-  if (!host->getValue(frameRateRatioSetting(), value)) return {};
+  if (!host->getValue(frameRateSetting(), value)) return {};
   const auto ratio = value.asRatio();
   return ratio ? FrameRate{ratio->numerator, ratio->denominator} : FrameRate{};
 }

@@ -5,7 +5,7 @@
 #include <memory>
 #include <utility>
 
-#include "stream/overlay_stream.h"
+#include "stream/overlay_stream.ipp"
 
 namespace Ombe {
 

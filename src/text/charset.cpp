@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "ombe_core/subtitle_settings.h"
 #include "text/converter.h"
 #include "text/text_settings.h"
 #include "text/utf8.h"
@@ -52,7 +53,7 @@ std::uint32_t detectTextSignature(const unsigned char* bytes, std::uint32_t leng
 
 bool decodeText(SettingStore* store, const unsigned char* data, std::uint32_t length,
                 ByteString& out) {
-  const String* codePage = readStringSetting(store, codePageNameSetting());
+  const String* codePage = readStringSetting(store, codePageSetting());
   if (codePage != nullptr && !codePage->empty()) {
     return convertAndCheck(*codePage, data, length, out);
   }

@@ -5,14 +5,15 @@
 #include <new>
 #include <stdexcept>
 
+#include "text/ucnv_library.h"
+
 namespace Ombe {
 namespace {
 
 using KMDSOLD::UCNVLibrary;
 
 struct ConverterCloser {
-  const UCNVLibrary* library;
-  void operator()(UConverter* converter) const { library->close(converter); }
+  void operator()(UConverter* converter) const { UCNVLibrary::instance().close(converter); }
 };
 using ConverterHandle = std::unique_ptr<UConverter, ConverterCloser>;
 
@@ -32,14 +33,15 @@ std::unique_ptr<Unit[]> allocateWorstCase(std::size_t count) {
 /// What both directions have in common; `convert` runs the conversion proper, which moves the given
 /// target to where it stopped. An error that it meets is not looked at: what was written counts.
 template <typename Unit, typename Convert>
-bool convertInto(const UCNVLibrary& library, const char* name, std::size_t count, Unit** buffer,
-                 std::size_t* written, Convert convert) {
+bool convertInto(const char* name, std::size_t count, Unit** buffer, std::size_t* written,
+                 Convert convert) {
+  const UCNVLibrary& library = UCNVLibrary::instance();
   *buffer = nullptr;
   *written = 0;
   std::unique_ptr<Unit[]> block = allocateWorstCase<Unit>(count);
   if (block == nullptr) return false;
   UErrorCode error = U_ZERO_ERROR;
-  const ConverterHandle converter(library.open(name, &error), {&library});
+  const ConverterHandle converter(library.open(name, &error));
   if (converter == nullptr || U_FAILURE(error)) return false;
   Unit* target = block.get();
   convert(converter.get(), &target, block.get() + count * kGrowth, &error);
@@ -49,65 +51,57 @@ bool convertInto(const UCNVLibrary& library, const char* name, std::size_t count
   return true;
 }
 
-const UCNVLibrary& bindingOrDefault(const UCNVLibrary* library) {
-  return library == nullptr ? UCNVLibrary::instance() : *library;
-}
-
 ConvertedText convertThroughUtf16(const char* name, const unsigned char* bytes,
-                                  std::uint32_t length, const UCNVLibrary* library) {
+                                  std::uint32_t length) {
   char16_t* units = nullptr;
   std::size_t unitCount = 0;
-  if (!toUtf16(name, bytes, length, &units, &unitCount, library)) return {};
+  if (!toUtf16(name, bytes, length, &units, &unitCount)) return {};
   const std::unique_ptr<char16_t[]> unitOwner(units);
   char* text = nullptr;
   std::size_t textLength = 0;
-  if (!fromUtf16("utf8", units, unitCount, &text, &textLength, library)) return {};
+  if (!fromUtf16("utf8", units, unitCount, &text, &textLength)) return {};
   return {std::unique_ptr<char[]>(text), textLength};
 }
 
 }  // namespace
 
 bool toUtf16(const char* name, const unsigned char* bytes, std::uint32_t length, char16_t** buffer,
-             std::size_t* units, const UCNVLibrary* library) {
+             std::size_t* units) {
   if (isMissing(name) || bytes == nullptr || length == 0) return false;
   if (buffer == nullptr || units == nullptr) return false;
-  const UCNVLibrary& binding = bindingOrDefault(library);
   const auto convert = [&](UConverter* converter, char16_t** target, const char16_t* targetLimit,
                            UErrorCode* error) {
     const auto* source = reinterpret_cast<const char*>(bytes);
-    binding.toUnicode(converter, target, targetLimit, &source, source + length, nullptr, true,
-                      error);
+    UCNVLibrary::instance().toUnicode(converter, target, targetLimit, &source, source + length,
+                                      nullptr, true, error);
   };
-  return convertInto(binding, name, length, buffer, units, convert);
+  return convertInto(name, length, buffer, units, convert);
 }
 
 bool fromUtf16(const char* name, const char16_t* units, std::size_t count, char** buffer,
-               std::size_t* bytes, const UCNVLibrary* library) {
+               std::size_t* bytes) {
   if (isMissing(name) || units == nullptr || count == 0) return false;
   if (buffer == nullptr || bytes == nullptr) return false;
-  const UCNVLibrary& binding = bindingOrDefault(library);
   const auto convert = [&](UConverter* converter, char** target, const char* targetLimit,
                            UErrorCode* error) {
     const char16_t* source = units;
-    binding.fromUnicode(converter, target, targetLimit, &source, units + count, nullptr, true,
-                        error);
+    UCNVLibrary::instance().fromUnicode(converter, target, targetLimit, &source, units + count,
+                                        nullptr, true, error);
   };
-  return convertInto(binding, name, count, buffer, bytes, convert);
+  return convertInto(name, count, buffer, bytes, convert);
 }
 
-ConvertedText convertText(const char* name, const unsigned char* bytes, std::uint32_t length,
-                          const UCNVLibrary* library) {
+ConvertedText convertText(const char* name, const unsigned char* bytes, std::uint32_t length) {
   try {
-    return convertThroughUtf16(name, bytes, length, library);
+    return convertThroughUtf16(name, bytes, length);
   } catch (const std::bad_alloc&) {  // the binding could not be made
     return {};
   }
 }
 
-std::string convertToUtf8(const char* name, const unsigned char* bytes, std::uint32_t length,
-                          const UCNVLibrary* library) {
+std::string convertToUtf8(const char* name, const unsigned char* bytes, std::uint32_t length) {
   try {
-    return std::string(convertText(name, bytes, length, library).view());
+    return std::string(convertText(name, bytes, length).view());
   } catch (const std::bad_alloc&) {
     return {};
   } catch (const std::length_error&) {

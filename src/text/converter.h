@@ -1,6 +1,6 @@
 // Conversions between code pages and UTF-16, and from a code page to UTF-8. Each call opens and
-// closes its own converters; any thread. `library` null means the process-wide binding, which is
-// only made when there is something to convert.
+// closes its own converters; any thread. The library is bound by the first
+// call that has something to convert.
 #pragma once
 
 #include <cstddef>
@@ -9,8 +9,6 @@
 #include <string>
 #include <string_view>
 
-#include "text/ucnv_library.h"
-
 namespace Ombe {
 
 /// True with a block from array new in `*buffer`, which the caller frees with delete[]; it holds
@@ -18,9 +16,9 @@ namespace Ombe {
 /// the converter has it. False when an argument is missing, empty or 0 (outputs untouched), and,
 /// with null and 0 in the outputs, when there is no such converter or memory is short.
 bool toUtf16(const char* name, const unsigned char* bytes, std::uint32_t length, char16_t** buffer,
-             std::size_t* units, const KMDSOLD::UCNVLibrary* library = nullptr);
+             std::size_t* units);
 bool fromUtf16(const char* name, const char16_t* units, std::size_t count, char** buffer,
-               std::size_t* bytes, const KMDSOLD::UCNVLibrary* library = nullptr);
+               std::size_t* bytes);
 
 /// A text in the block that fromUtf16 gave; saves a copy of it.
 struct ConvertedText {
@@ -31,9 +29,7 @@ struct ConvertedText {
 };
 
 /// The text as UTF-8; empty on any failure, shortage of memory included.
-ConvertedText convertText(const char* name, const unsigned char* bytes, std::uint32_t length,
-                          const KMDSOLD::UCNVLibrary* library = nullptr);
-std::string convertToUtf8(const char* name, const unsigned char* bytes, std::uint32_t length,
-                          const KMDSOLD::UCNVLibrary* library = nullptr);
+ConvertedText convertText(const char* name, const unsigned char* bytes, std::uint32_t length);
+std::string convertToUtf8(const char* name, const unsigned char* bytes, std::uint32_t length);
 
 }  // namespace Ombe

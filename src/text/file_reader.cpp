@@ -11,6 +11,7 @@
 
 #include "ombe_core/logger.h"
 #include "ombe_core/setting_store.h"
+#include "ombe_core/subtitle_settings.h"
 #include "text/charset.h"
 #include "text/memory_buffer.h"
 #include "text/text_settings.h"
@@ -71,9 +72,9 @@ bool findCount(const InputFile& file, std::uint32_t limit, std::uint32_t& count)
 
 /// The name is copied before anything is stored: once handed over, it is the store's.
 void storeCodePage(SettingStore& store, const String& name) {
-  const Setting& nameSetting = codePageNameSetting();
+  const Setting& nameSetting = codePageSetting();
   auto payload = name.empty() ? nullptr : std::make_unique<String>(name);
-  store.setValue(codePageAutodetectedSetting(), SettingValue::boolean(payload != nullptr));
+  store.setValue(autodetectedSetting(), SettingValue::boolean(payload != nullptr));
   if (payload != nullptr) store.setValue(nameSetting, SettingValue::string(payload.release()));
 }
 

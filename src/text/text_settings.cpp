@@ -4,16 +4,6 @@
 
 namespace Ombe {
 
-const Setting& codePageNameSetting() {
-  static const Setting setting(MediaType::kSubtitle, "CodePage", "Name");
-  return setting;
-}
-
-const Setting& codePageAutodetectedSetting() {
-  static const Setting setting(MediaType::kSubtitle, "CodePage", "Autodetected");
-  return setting;
-}
-
 const String* readStringSetting(SettingStore* store, const Setting& setting) {
   static const String noText;
   SettingValue value;

@@ -1,4 +1,4 @@
-// The settings that say in which code page a text is stored.
+// Reading settings.
 #pragma once
 
 #include "ombe_core/kelm_string.h"
@@ -7,10 +7,6 @@
 namespace Ombe {
 
 class SettingStore;
-
-/// "CodePage"/"Name" and "CodePage"/"Autodetected". Made on first use, valid for the process.
-const Setting& codePageNameSetting();
-const Setting& codePageAutodetectedSetting();
 
 /// The text of a string setting, the empty text when the value carries no string. Null when there
 /// is no store, no value, or one of another kind. Belongs to the store and is valid as long as it.

@@ -8,10 +8,10 @@
 #include "host/check/foreign_format.h"
 #include "host/check/line_walker.h"
 #include "host/io/failure.h"
-#include "host/session/settings.h"
 #include "host/session/source.h"
 #include "host/text/code_page.h"
 #include "host/text/visible_text.h"
+#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 namespace {

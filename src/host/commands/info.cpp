@@ -10,9 +10,9 @@
 #include "host/io/json_output.h"
 #include "host/io/output_file.h"
 #include "host/session/session.h"
-#include "host/session/settings.h"
 #include "host/session/subtitle.h"
 #include "host/text/number_text.h"
+#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 namespace {

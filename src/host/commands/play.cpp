@@ -14,9 +14,9 @@
 #include "host/io/messages.h"
 #include "host/play/player.h"
 #include "host/session/session.h"
-#include "host/session/settings.h"
 #include "host/text/garbled_texts.h"
 #include "host/text/number_text.h"
+#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 namespace {

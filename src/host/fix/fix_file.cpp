@@ -6,8 +6,8 @@
 
 #include "host/fix/decoding.h"
 #include "host/io/failure.h"
-#include "host/session/settings.h"
 #include "host/text/garbled_texts.h"
+#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 namespace {

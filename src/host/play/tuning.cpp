@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/session/settings.h"
+#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 namespace {

@@ -3,11 +3,11 @@
 #include <exception>
 
 #include "host/io/failure.h"
-#include "host/session/settings.h"
 #include "host/session/source.h"
 #include "host/text/code_page.h"
 #include "ombe_core/media_source.h"
 #include "ombe_core/subtitle_control_interface.h"
+#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 Session::Session(const SessionOptions& options)

@@ -1,7 +1,9 @@
 // Decimal integers as scanf reads them.
 #pragma once
 
+#include <charconv>
 #include <limits>
+#include <system_error>
 
 namespace Ombe {
 
@@ -16,29 +18,17 @@ inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
 template <typename Integer>
 bool scanInteger(const char*& at, Integer& value) {
   using Limits = std::numeric_limits<Integer>;
-  const char* p = at;
-  while (isScanBlank(*p)) ++p;
-  const bool isNegative = *p == '-';
-  if (*p == '-' || *p == '+') ++p;
-  if (!isDigit(*p)) return false;
-  // Counted downward, since the negative range is the longer one.
-  Integer sum = 0;
-  // So many digits always fit.
-  for (int unchecked = Limits::digits10; unchecked > 0 && isDigit(*p); --unchecked, ++p) {
-    sum = sum * 10 - (*p - '0');
-  }
-  bool isTooLarge = false;
-  for (; isDigit(*p); ++p) {
-    isTooLarge = isTooLarge || __builtin_mul_overflow(sum, Integer{10}, &sum) ||
-                 __builtin_sub_overflow(sum, static_cast<Integer>(*p - '0'), &sum);
-  }
-  if (!isNegative) isTooLarge = isTooLarge || sum == Limits::min();
-  at = p;
-  if (isTooLarge) {
+  const char* start = at;
+  while (isScanBlank(*start)) ++start;
+  const bool isNegative = *start == '-';
+  const char* end = *start == '-' || *start == '+' ? start + 1 : start;
+  if (!isDigit(*end)) return false;
+  if (!isNegative) start = end;  // from_chars knows no plus sign
+  while (isDigit(*end)) ++end;
+  if (std::from_chars(start, end, value).ec == std::errc::result_out_of_range) {
     value = isNegative ? Limits::min() : Limits::max();
-  } else {
-    value = isNegative ? sum : static_cast<Integer>(-sum);
   }
+  at = end;
   return true;
 }
 

@@ -1,4 +1,4 @@
-#include "stream/entry_list.h"
+#include "stream/entries/entry_list.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "stream/entry_list.h"
+#include "stream/entries/entry_list.h"
 
 namespace Ombe {
 

@@ -1,4 +1,4 @@
-#include "stream/media_buffer_allocator.h"
+#include "stream/entries/media_buffer_allocator.h"
 
 #include "ombe_core/media_chunk.h"
 

@@ -1,4 +1,4 @@
-#include "stream/entry_search.h"
+#include "stream/entries/entry_search.h"
 
 #include <algorithm>
 
