@@ -119,6 +119,33 @@ TEST(Threads, MayReopenAndReleaseWhileOthersReadAndNotify) {
   });
 }
 
+/// What a component stores reaches the others before the call returns.
+TEST(Threads, MayReopenComponentsOnOneControllerThatTellsAtOnce) {
+  Engine engines[3];
+  Ombe::SubtitleController& shared = engines[0].controller;
+  for (Engine& engine : engines) {
+    engine.component.control->setSubtitleController(&shared);
+    engine.host.stored = [&](const Ombe::Setting& setting, const Ombe::SettingValue& value) {
+      engines[0].controller.change(view(setting.group()).data(), view(setting.name()).data(),
+                                   &value);
+    };
+    EXPECT_NE(engine.play(kContent), nullptr);
+  }
+  const TempFile plain(kContent), isSigned("\xEF\xBB\xBF{1}{2}a\n");
+  runTogether(std::ssize(engines), [&](std::ptrdiff_t i, auto& together) {
+    together.arrive_and_wait();
+    for (int round = 0; round < kRounds / 10; ++round) {
+      EXPECT_EQ(engines[i].component.container->deactivate(false), kSuccess);
+      EXPECT_EQ(engines[i].activate(), kSuccess);  // told of what others store while it opens
+      EXPECT_EQ(engines[i].open((round % 2 == 0 ? plain : isSigned).uri()), kSuccess);
+      EXPECT_EQ(engines[i].activate(), kSuccess);
+      engines[i].newestStream()->setTimeSource(&engines[i].clock);
+      engines[i].clock.now = 2147483000;
+      readOne(*engines[i].newestStream());
+    }
+  });
+}
+
 TEST(Threads, MayReadSeekNotifyAndActivateAtTheSameTime) {
   using Work = void (Player::*)(int);
   constexpr Work kWorks[] = {&Player::read,    &Player::seek,   &Player::changeSpeed,

@@ -28,7 +28,9 @@ Status SubtitleParserTemplate<Format>::activateProgram(UID program) {
   const Lock lock(mutex);
   if (subtitleController != nullptr) subtitleController->registerConsumer(this);
   if (program != programUID || this->host == nullptr) return kGeneralFailure;
-  preferredLanguage = this->host->preferredLanguage();
+  // A copy from the plug-in's own allocator: the component may outlive the host's.
+  const String language = this->host->preferredLanguage();
+  preferredLanguage = language;
   // Step by step, since the host may come back and release the streams while it is told of one.
   for (auto next = streams.begin(); next != streams.end();) {
     const auto [uid, stream] = *next;

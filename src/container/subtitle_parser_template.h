@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <mutex>
 
 #include "ombe_core/container_host.h"
 #include "ombe_core/container_interface.h"
@@ -22,8 +23,11 @@ namespace Ombe {
 /// supplies detection, opening, media types and the stream's text format; the format's source file
 /// includes stream/text_format.ipp and instantiates the template.
 ///
-/// `mutex` serialises opening, activation, release, notifications and all stream operations; being
-/// recursive, it may be taken again by what they call. Host and controller are never owned.
+/// `mutex` serialises opening, activation, release, changes of rate and all stream operations;
+/// being recursive, it may be taken again by what they call. A store that is written to by one
+/// component may tell another one on the spot, so a notification takes it only for a setting that
+/// no plug-in writes. `codePageMutex` guards `codePageName` alone, and nothing is called while it
+/// is held. Host and controller are never owned.
 template <typename Format>
 class SubtitleParserTemplate : public ContainerInterface,
                                public SubtitleControlInterface,
@@ -66,7 +70,8 @@ class SubtitleParserTemplate : public ContainerInterface,
   std::int32_t mediaTimeOffset() const;
 
   SubtitleController* subtitleController = nullptr;
-  String codePageName;    // code page of text that was not decoded when the file was read
+  String codePageName;    // code page of text that was not decoded when the file was read; guarded
+                          // by codePageMutex
   ByteString sourcePath;  // local path of the source opened last
   boost::recursive_mutex mutex;
   std::map<UID, OverlayStream*> streams;  // owned by the host once announced
@@ -77,6 +82,10 @@ class SubtitleParserTemplate : public ContainerInterface,
  private:
   void retireStream(UID uid, OverlayStream& stream);
   UID streamToSelect() const;
+  void setCodePage(const String& name);
+  String codePage();
+
+  std::mutex codePageMutex;
 };
 
 }  // namespace Ombe

@@ -57,17 +57,30 @@ void SubtitleParserTemplate<Format>::setSubtitleController(SubtitleController* c
 template <typename Format>
 void SubtitleParserTemplate<Format>::settingChanged(const Setting& setting,
                                                     const SettingValue* value) {
-  const Lock lock(mutex);
   if (value == nullptr || !value->isString() || !(setting == codePageSetting())) return;
   const String* name = value->asString();
-  codePageName = name == nullptr ? String() : String(*name);
+  setCodePage(name == nullptr ? String() : *name);
+}
+
+/// On std::bad_alloc the old name stays.
+template <typename Format>
+void SubtitleParserTemplate<Format>::setCodePage(const String& name) {
+  String copy(name);
+  const std::lock_guard lock(codePageMutex);
+  codePageName.swap(copy);
+}
+
+template <typename Format>
+String SubtitleParserTemplate<Format>::codePage() {
+  const std::lock_guard lock(codePageMutex);
+  return codePageName;
 }
 
 template <typename Format>
 bool SubtitleParserTemplate<Format>::convertEntryText(const unsigned char* bytes,
                                                       std::uint32_t length, ByteString& out) {
   if (readFlagSetting(subtitleController, autodetectedSetting())) return false;
-  return convertAndCheck(codePageName, bytes, length, out);
+  return convertAndCheck(codePage(), bytes, length, out);
 }
 
 /// The end of a probe: whether the engine shows the streams' text format, which is appended to
@@ -92,7 +105,7 @@ bool SubtitleParserTemplate<Format>::readSubtitleText(const ByteString& path, By
   const bool isRead = readFile(this->host, path, out, limit);
   if (this->host == nullptr) return isRead;
   if (const String* name = readStringSetting(this->host, codePageSetting())) {
-    codePageName = *name;
+    setCodePage(*name);
   }
   if (readFlagSetting(this->host, autodetectedSetting())) {
     ByteString decoded;

@@ -36,7 +36,6 @@ std::int32_t MicroDVDContainer::findMediaTypeRank(const ByteString& name) {
 }
 
 void MicroDVDContainer::settingChanged(const Setting& setting, const SettingValue* value) {
-  const Lock lock(mutex);
   if (value != nullptr && setting == frameRateSetting()) {
     if (const auto wanted = value->asRatio()) changeFrameRate(*wanted);
   }
@@ -46,6 +45,7 @@ void MicroDVDContainer::settingChanged(const Setting& setting, const SettingValu
 /// The entries keep no frame numbers: their times are rescaled from the old rate to the new one. A
 /// ratio with a zero part means the file's own rate, or else the default.
 void MicroDVDContainer::changeFrameRate(Ratio wanted) {
+  const Lock lock(mutex);
   FrameRate rate{wanted.numerator, wanted.denominator};
   if (!rate.isSet()) rate = {fileFrameRateNumerator, fileFrameRateDenominator};
   if (!rate.isSet()) rate = kDefaultFrameRate;

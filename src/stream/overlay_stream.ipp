@@ -190,9 +190,10 @@ Status SubtitleParserTemplate<Format>::OverlayStream::readStream(MediaChunk** ou
   if (timeSource == nullptr) return kNothingDue;
   const std::int32_t now = timeSource->currentTime();
   if (now < 0) return kNothingDue;
-  MediaChunk* entry = currentEntry();
-  if (entry == nullptr) return kSuccess;
+  if (currentEntry() == nullptr) return kSuccess;
   const std::int32_t offset = owner().mediaTimeOffset();
+  MediaChunk* entry = currentEntry();  // the host may have come back and released it
+  if (entry == nullptr) return kSuccess;
   if (!isDue(shiftedTime(entry->timestamp, offset), now)) return kNothingDue;
 
   OwnedChunk chunk = copyEntry(*entry);

@@ -19,7 +19,7 @@ void SubtitleParserTemplate<Format>::addStream(EntryList& list, const ByteString
   auto stream =
       std::make_unique<OverlayStream>(*this, this->host->newUID(), list, name, language, region);
   const UID uid = stream->streamUID();
-  std::map<UID, OverlayStream*> added{{uid, stream.get()}};  // from here on nothing throws
+  std::map<UID, OverlayStream*> added{{uid, stream.get()}};  // the last to need memory
   while (const auto replaced = streams.extract(uid)) retireStream(uid, *replaced.mapped());
   streams.merge(added);
   static_cast<void>(stream.release());

@@ -19,7 +19,7 @@ using ConverterHandle = std::unique_ptr<UConverter, ConverterCloser>;
 
 bool isMissing(const char* name) { return name == nullptr || *name == '\0'; }
 
-/// Most units that one unit of input becomes.
+/// Units of room for one unit of input. A conversion that needs more ends where the room does.
 constexpr std::size_t kGrowth = 4;
 
 /// Room for `count` converted units and a terminator, uninitialised; null when there is none.

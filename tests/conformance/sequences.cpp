@@ -147,6 +147,36 @@ TEST(Calls, EndWhenTheHostIsTakenAway) {
   engine.host.streams.clear();
 }
 
+struct CountingAllocator : Ombe::StandardAllocator<char> {
+  char* allocate(std::uint32_t count) override {
+    return ++live, StandardAllocator::allocate(count);
+  }
+  void deallocate(char* block) override {
+    live -= block != nullptr ? 1 : 0;
+    StandardAllocator::deallocate(block);
+  }
+  int live = 0;
+};
+
+TEST(Component, KeepsNothingOfTheHostsAllocator) {
+  CountingAllocator allocator;
+  Watched engine;
+  engine.host.languageAllocator = &allocator;
+  engine.host.language = "de-AT";
+  engine.component.container->attach(&engine.host, 77);
+  engine.activate();
+  EXPECT_EQ(allocator.live, 0);
+}
+
+TEST(Stream, MayBeReleasedFromWithinTheQuestionForTheOffset) {
+  Engine engine;
+  engine.clock.now = 99999;
+  Ombe::StreamInterface* stream = engine.play("{1}{1}1000\n{1000}{3000}A\n");
+  engine.host.keepsWithdrawn = true;
+  engine.host.askedForOffset = [&] { engine.component.container->deactivate(false); };
+  EXPECT_EQ(readOne(*stream), "end");
+}
+
 // A module stays loaded, so a copy is loaded each time.
 TEST(Module, MayBeLoadedAndClosedAgainAndAgain) {
   const TempFile copy("");

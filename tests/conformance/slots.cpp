@@ -206,6 +206,20 @@ TEST(Stream, AnswersEverySlotInItsPlace) {
   EXPECT_LT(liveAllocations(), before);
 }
 
+TEST(Engine, RefusesBytesThatNoStringHolds) {
+  EXPECT_THROW(toByteString({"abc", std::size_t{ByteString::maximumLength} + 5}), std::bad_alloc);
+}
+
+TEST(Engine, EndsAReplacedLogSinkThatLogsItself) {
+  const auto logAtTheEnd = [](void*) { Logger::instance().log("a", "b", 1, "c"); };
+  Logger::instance().setSink(
+      [last = std::shared_ptr<void>(nullptr, logAtTheEnd)](const LogRecord&) {});
+  std::string text;
+  Logger::instance().setSink([&](const LogRecord& record) { text = record.text; });
+  EXPECT_EQ(text, "c");
+  Logger::instance().setSink({});
+}
+
 TEST(Component, IsDestroyedThroughAnyOfItsTables) {
   FakeContext context;
   const EntryPoint enter = entryPoint();  // loading leaves the module's own allocations

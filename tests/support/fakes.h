@@ -100,6 +100,7 @@ class FakeHost : public Ombe::ContainerHost {
     const FaultPause pause;
     settings.set(setting, value);
     calls.add("setValue " + pathOf(setting));
+    if (stored) stored(setting, value);
   }
   Ombe::UID newUID() override {
     const FaultPause pause;
@@ -110,11 +111,12 @@ class FakeHost : public Ombe::ContainerHost {
   Ombe::String preferredLanguage() override {
     const FaultPause pause;
     calls.add("preferredLanguage");
-    return Ombe::String(language.c_str());
+    return {language.c_str(), static_cast<std::uint32_t>(language.size()), *languageAllocator};
   }
   double getTimeOffset() override {
     const FaultPause pause;
     if (logsQueries) calls.add("getTimeOffset");
+    if (const auto act = std::exchange(askedForOffset, nullptr)) act();
     return offset;
   }
   Ombe::Status announceStream(Ombe::StreamInterface* stream) override;
@@ -132,7 +134,11 @@ class FakeHost : public Ombe::ContainerHost {
   bool logsQueries = false;  // settings and offset, which are asked for often
   Ombe::UID nextUID = 1;
   std::string language;
+  Ombe::StandardAllocator<char>* languageAllocator =
+      &Ombe::StandardAllocator<char>::defaultInstance();
+  std::function<void(const Ombe::Setting&, const Ombe::SettingValue&)> stored;
   std::map<Ombe::UID, std::unique_ptr<Ombe::StreamInterface>> streams;
+  std::function<void()> askedForOffset;  // once
   bool keepsWithdrawn = false;
   std::vector<std::unique_ptr<Ombe::StreamInterface>> withdrawn;
   std::function<void(const std::string& call)> callBack;  // from within each call about a stream

@@ -21,7 +21,8 @@ class OMBE_API ContainerHost : public SettingStore {
   virtual void reservedSlot5();
   virtual String preferredLanguage() = 0;  // slot 6; "en", "en-US" or empty
   virtual void reservedSlot7();
-  /// Slot 8. Milliseconds to add to the entries' times; asked on the reading thread.
+  /// Slot 8. Milliseconds to add to the entries' times; asked on the reading thread. From within it
+  /// the host may seek and deactivate, but the stream that is read must outlive the read.
   virtual double getTimeOffset() = 0;
   virtual void reservedSlot9();
   virtual void reservedSlot10();
@@ -36,12 +37,15 @@ class OMBE_API ContainerHost : public SettingStore {
   virtual void reservedSlot19();
   virtual void reservedSlot20();
   virtual void reservedSlot21();
-  /// Slot 22. From here on the host owns the stream. The result is ignored. From within this and
-  /// the two below, the host may activate, deactivate and read; to release streams it waits until
-  /// all are announced, since one that it does not own yet would be lost.
+  /// Slot 22. From here on the host owns the stream. Every activation announces the same streams
+  /// again. The result is ignored. From within this and the two below, the host may activate and
+  /// read. It may deactivate, too, when its controller's unregisterConsumer does not wait for
+  /// notifications under way, one of which may wait for this thread; to release streams it waits
+  /// until all are announced, since one that it does not own yet would be lost.
   virtual Status announceStream(StreamInterface* stream) = 0;
-  /// Slot 23. The container has forgotten the stream; the host destroys it if it was announced. The
-  /// result is ignored.
+  /// Slot 23. The container has forgotten the stream and released its entries. The host destroys it
+  /// if it was announced, once no thread is inside one of its operations; nobody may destroy one
+  /// that never was. The result is ignored.
   virtual Status withdrawStream(UID stream) = 0;
   /// Slot 24. The stream to show; `flag` is always 1. The result is ignored.
   virtual Status selectStream(UID stream, std::int32_t flag) = 0;

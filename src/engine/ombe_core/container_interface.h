@@ -18,9 +18,11 @@ inline constexpr char kContainerInterfaceId[] = "com.kelm.streamengine.interface
 
 /// Obtained by lookup of kContainerInterfaceId; part of the component, valid as long as it. Order
 /// of calls: attach; probe and open; getProgramUIDs; activateProgram; the streams; deactivate.
-/// Called on the engine's calling thread. `open`, `activateProgram`, `deactivate` and
-/// `settingChanged` exclude each other and the operations of the container's streams, so these may
-/// also come from other threads.
+/// Called on the engine's calling thread. `open`, `activateProgram`, the release by `deactivate`
+/// and a change of the frame rate exclude each other and the operations of the container's streams,
+/// and a change of the code page waits for none of them, so these may also come from other threads.
+/// The queries may do so only while no thread is inside `open` or `activateProgram`. The last
+/// `release` of the component never comes from within one of its calls.
 class OMBE_API ContainerInterface {
  public:
   ContainerInterface() = default;
@@ -48,7 +50,8 @@ class OMBE_API ContainerInterface {
   /// Slot 13. Announces the streams and selects one. kGeneralFailure for another program's UID.
   /// Needs a host.
   virtual Status activateProgram(UID program) = 0;
-  /// Slot 14. Unless told to keep them, releases and withdraws the streams. 0.
+  /// Slot 14. Unless told to keep them, releases and withdraws the streams. One that was opened but
+  /// never announced is withdrawn, too, and lost, so the program is activated before. 0.
   virtual Status deactivate(bool keepStreams) = 0;
   /// Slot 15. Bytes of the opened source; on failure `*size` is unchanged.
   virtual Status getFileSize(std::uint64_t* size) = 0;

@@ -114,8 +114,9 @@ std::string_view view(const kelm_string<T>& text) noexcept {
   return {reinterpret_cast<const char*>(text.c_str()), text.length()};
 }
 
-/// A byte string holding a copy of `text`. Throws std::bad_alloc.
+/// A byte string holding a copy of `text`. Throws std::bad_alloc, also for a text that is too long.
 inline ByteString toByteString(std::string_view text) {
+  if (text.size() > ByteString::maximumLength) throw std::bad_alloc();
   return {reinterpret_cast<const unsigned char*>(text.data()),
           static_cast<std::uint32_t>(text.size())};
 }

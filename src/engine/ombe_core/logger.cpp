@@ -26,7 +26,7 @@ Logger& Logger::instance() {
 
 void Logger::log(const char* channel, const char* function, unsigned long line, const char* format,
                  ...) const {
-  if (!enabled()) return;
+  if (!enabled_.load(std::memory_order_acquire)) return;
   std::shared_ptr<const Sink> sink;
   {
     const std::lock_guard lock(mutex_);
@@ -42,8 +42,8 @@ void Logger::log(const char* channel, const char* function, unsigned long line, 
 
 void Logger::setSink(Sink sink) {
   auto shared = sink ? std::make_shared<const Sink>(std::move(sink)) : nullptr;
-  const std::lock_guard lock(mutex_);
-  sink_ = std::move(shared);
+  const std::lock_guard lock(mutex_);  // given back before `shared`, which ends the old sink
+  sink_.swap(shared);
   enabled_.store(sink_ != nullptr, std::memory_order_release);
 }
 

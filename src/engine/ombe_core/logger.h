@@ -20,7 +20,9 @@ struct LogRecord {
 };
 
 /// Hands messages to a replaceable sink. While no sink is set nothing is formatted. Safe on any
-/// thread; the sink is called on the thread that logs, without a lock, so it must be safe too.
+/// thread; the sink is called on the thread that logs, without a lock of the logger, so it must be
+/// safe too. A plug-in may hold its own lock while it logs: the sink neither waits for a thread
+/// that is inside the plug-in nor destroys the stream that is read or sought.
 class OMBE_API Logger {
  public:
   using Sink = std::function<void(const LogRecord&)>;
@@ -31,11 +33,8 @@ class OMBE_API Logger {
   void log(const char* channel, const char* function, unsigned long line, const char* format,
            ...) const __attribute__((format(printf, 5, 6)));
 
-  /// Whether anybody listens.
-  [[nodiscard]] bool enabled() const { return enabled_.load(std::memory_order_acquire); }
-
   /// Replaces the sink; an empty one switches logging off. Calls under way may still reach the old
-  /// one.
+  /// one, which is destroyed without a lock, so it may log.
   void setSink(Sink sink);
 
  private:

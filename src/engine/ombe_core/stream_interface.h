@@ -45,14 +45,17 @@ class OMBE_API StreamInterface {
   virtual Status resetStream() = 0;  // slot 11; back to the first entry of the direction; 0
   /// Slot 12. Forward: start of the first entry at or after `time`, or else the end of the last
   /// one. Backward: start of the last entry that ended before `time`, or else 1 ms before the first
-  /// one.
+  /// one. Without entries `time` itself. kGeneralFailure without `out`, and on a pause with
+  /// entries.
   virtual Status getNextChunkTime(std::uint32_t reserved, std::uint32_t time,
                                   std::uint32_t* out) = 0;
-  /// Slot 13. Moves to the entry of that time; `out`, when given, receives where it went.
+  /// Slot 13. Moves to the entry of that time; `out`, when given, receives where it went, or `time`
+  /// without entries. On a pause with entries kGeneralFailure, and nothing moves.
   virtual Status seekStream(std::uint32_t time, std::uint32_t* out, bool flag) = 0;
   virtual std::int32_t reservedSlot14();
-  /// Slot 15. 0 with a chunk that belongs to the caller; 0 with null at the end; -1 while nothing
-  /// is due.
+  /// Slot 15. 0 with a chunk that belongs to the caller; 0 with null at the end and on a pause; -1
+  /// with null while nothing is due, without a clock and while its time is negative;
+  /// kGeneralFailure without `out`.
   virtual Status readStream(MediaChunk** out) = 0;
   virtual std::uint32_t getLastChunkTime() const;  // slot 16; end of the chunk delivered last, ms
   virtual bool isEOS() const;                      // slot 17; false: the end shows in the reads

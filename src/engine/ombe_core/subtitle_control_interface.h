@@ -18,8 +18,11 @@ class OMBE_API SubtitleControlInterface {
   SubtitleControlInterface& operator=(const SubtitleControlInterface&) = delete;
   virtual ~SubtitleControlInterface();  // slots 0 and 1
 
-  /// Slot 2. At any time, repeatedly; the controller is not owned and must outlive the component or
-  /// be replaced. Null is ignored: the previous controller stays.
+  /// Slot 2. Repeatedly, but only while no stream is read and the component is not registered, so
+  /// before `activateProgram` or after `deactivate`: the pointer is read by other threads, and a
+  /// controller that is replaced earlier keeps a consumer that nobody takes back. The controller is
+  /// not owned and must outlive the component or be replaced. Null is ignored: the previous
+  /// controller stays.
   virtual void setSubtitleController(SubtitleController* controller) = 0;
 };
 

@@ -15,7 +15,8 @@ class OMBE_API TimeSource {
   TimeSource& operator=(const TimeSource&) = delete;
   virtual ~TimeSource();  // slots 0 and 1
 
-  /// Slot 2. Current media time in milliseconds, negative while none is known. Any thread.
+  /// Slot 2. Current media time in milliseconds, negative while none is known. Any thread; a
+  /// stream asks while its container holds its lock, and must outlive the call.
   virtual std::int32_t currentTime() = 0;
 };
 

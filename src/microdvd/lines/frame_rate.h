@@ -31,9 +31,9 @@ std::uint32_t frameToMilliseconds(std::int32_t frame, FrameRate rate);
 /// Forms of a header text, by how the rate stands in it.
 enum class HeaderClass { kNone, kInteger, kDecimal, kFraction };
 
-/// Tells the form of a NUL-terminated text and rewrites it in place: its first "," becomes "." and
-/// its first backslash "/", also when the text turns out to be no header further on. `separator`
-/// receives the index of the point or slash of a decimal or fraction.
+/// Tells the form of a NUL-terminated text and rewrites it in place: a "," with nothing but digits
+/// before it becomes ".", such a backslash "/", also when the text turns out to be no header
+/// further on. `separator` receives the index of the point or slash of a decimal or fraction.
 HeaderClass classifyHeader(char* text, std::size_t& separator);
 
 /// A header text is shorter than this, in bytes.
