@@ -1,12 +1,17 @@
-// Why a file will or will not play.
+// Why a file will or will not play, and guesses at code pages.
+#include "host/check/check.h"
+
 #include <gmock/gmock.h>
+#include <malloc.h>
 #include <sys/resource.h>
 
 #include <csignal>
+#include <random>
 #include <thread>
 
-#include "host/check/examination.h"
+#include "host/check/passes.h"
 #include "host/io/input_file.h"
+#include "host/io/json_output.h"
 #include "host/io/output_file.h"
 #include "host/text/code_page.h"
 #include "host/text/garbled_texts.h"
@@ -19,46 +24,126 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace Ombe;  // NOLINT(google-build-using-namespace): the subject of every test here
+using testing::AnyOf;
 using testing::HasSubstr;
+using testing::Not;
 using std::string_literals::operator""s;
+
+CheckReport checked(const std::string& path, SessionOptions options = {}, std::size_t limit = 0) {
+  options.plugin = OMBE_PLUGIN;
+  return checkFile(path, options, limit);
+}
 
 /// "opens 3 25/1 header; 2 overlap; ..." with a "!" before errors, or the step that failed first.
 std::string summary(const CheckReport& report) {
-  std::string text = report.step;
-  if (report.opens) {
-    const FrameRate& rate = report.rate.rate;
-    text = "opens " + std::to_string(report.subtitles) + " " + std::to_string(rate.numerator) +
-           "/" + std::to_string(rate.denominator) + " " + report.rate.source;
+  constexpr const char* kSources[] = {"none", "user", "header", "default"};
+  std::ostringstream text;
+  if (report.failed) text << stepName(*report.failed);
+  if (report.opens()) {
+    const auto& [rate, source, line] = report.rate;
+    text << "opens " << report.subtitles << " " << rate.numerator << "/" << rate.denominator << " "
+         << kSources[static_cast<int>(source)];
   }
-  for (const Finding& finding : report.findings.sorted()) {
-    text += finding.severity == Severity::kError ? "; !" : "; ";
-    text += std::to_string(finding.line) + " " + finding.kind;
+  for (const Finding& finding : report.findings.kept()) {
+    text << (severityOf(finding.kind) == Severity::kError ? "; !" : "; ") << finding.line << " "
+         << wordFor(finding.kind);
   }
-  return text;
+  return text.str();
 }
 
-CheckReport examined(const std::string& path, SessionOptions options = {}, std::size_t limit = 0) {
-  options.plugin = OMBE_PLUGIN;
-  return examine(path, path, options, limit);
+/// All that is said, to people and to programs.
+std::string words(const CheckReport& report) {
+  OutputFile output("/dev/null");  // its buffer keeps a megabyte
+  JsonWriter json(output);
+  writeText(report, false, output);
+  writeJson(report, json);
+  return output.buffer();
 }
 
 TEST(Check, FindsWhatIsWrongAndWhere) {
-  for (auto row : readTable("check.txt")) {
-    row.resize(5);
-    SessionOptions options;
-    options.codePage = row[2].empty() ? std::nullopt : std::optional(row[2]);
-    options.frameRate = row[3].empty() ? std::nullopt : parseFrameRate(row[3]);
-    const TempFile file(row[0], row[4].empty() ? "a.sub" : row[4]);
-    EXPECT_EQ(summary(examined(file.path(), options)), row[1]) << row[0];
+  for (auto& row : readNamedTable("check.txt")) {
+    SessionOptions options{.offsetMs = 1000};  // of what is played, not of what is in the file
+    if (!row["code page"].empty()) options.codePage = row["code page"];
+    if (!row["frame rate"].empty()) options.frameRate = parseFrameRate(row["frame rate"]);
+    const TempFile file(row["content"], row["name"].empty() ? "a.sub" : row["name"]);
+    const CheckReport report = checked(file.path(), options);
+    EXPECT_EQ(summary(report), row["found"]) << row["content"];
+    EXPECT_THAT(words(report), HasSubstr(row["says"]));
   }
-  EXPECT_EQ(summary(examined("/none.sub")), "read; !0 failure");
+  EXPECT_EQ(summary(checked("/none.sub")), "read; !0 failure");
+  const TempFile late(std::string(1100, '\n') + "{1}{2}a\n");
+  EXPECT_EQ(summary(checked(late.path())), "probe; !0 late-start");
+}
+
+TEST(Check, BelievesThePlugInWhereTheyDisagree) {
+  const Answer refusal{.failed = Step::kProbe, .isMicroDVD = true};
+  Findings none;
+  explainUnrecognised("{1}{2}a\n", refusal, none);
+  EXPECT_TRUE(none.kept().empty()) << "a good line is not told as bad";
+  Answer other{.isMicroDVD = true};
+  other.times.add(41, 43);
+  CheckReport report;
+  report.findings.setText("{1}{2}a\n");
+  checkLines(other, {}, report);
+  EXPECT_EQ(summary(report), "opens 0 24000/1001 default; 0 disagreement");
 }
 
 TEST(Check, ShowsNoMoreOfAKindThanAskedFor) {
   const TempFile file("{1}{2}a\nx\ny\nz\n");
-  const CheckReport report = examined(file.path(), {}, 2);
-  EXPECT_EQ(summary(report), "open; !2 bad-line; !3 bad-line");
-  EXPECT_THAT(report.findings.omitted(), testing::ElementsAre(testing::Pair("bad-line", 1U)));
+  const std::string more = ": 1 more of this kind: bad-line";
+  EXPECT_EQ(summary(checked(file.path(), {}, 2)), "open; !2 bad-line; !3 bad-line");
+  EXPECT_THAT(words(checked(file.path(), {}, 2)), HasSubstr(more));
+  EXPECT_THAT(words(checked(file.path(), {}, 3)), Not(HasSubstr("more of this kind")));
+}
+
+TEST(Check, AgreesWithThePlugInOnEveryFile) {
+  const std::string pieces[] = {"{1}{1}25\n",   "{1}{2}a\n",
+                                "{9}{3}\xE9\n", "{1}{2}\n",
+                                "\n",           " \n",
+                                "{1}{2",        "x",
+                                "\0"s,          "{\0001\0}\0{\0002\0}\0x\0\n\0"s,
+                                "\xC1\xF1",     std::string(1020, '\n'),
+                                "\xEF\xBB\xBF", "\xFF\xFE",
+                                "\xFE\xFF",     "\xFF\xFE\0\0"s,
+                                "+/v8-",        "\xFB\xEE\x28",
+                                "\x0E\xFE\xFF", "\x84\x31\x95\x33",
+                                "\x81|"};
+  const char* pages[] = {"", "UTF8", "UTF-16LE", "UTF-7", "windows-1250", "Shift_JIS", "ibm-37"};
+  const TempFile file("");
+  std::minstd_rand random;  // the same in every run
+  for (int i = 0; i < 1500; ++i) {
+    std::string content;
+    for (auto count = random() % 5; count > 0; --count) content += pieces[random() % 21];
+    std::ofstream(file.path(), std::ios::binary) << content;
+    SessionOptions options;
+    if (const char* page = pages[random() % 7]; *page != '\0') options.codePage = page;
+    if (random() % 4 == 0) options.frameRate = Ratio{25, 1};
+    const CheckReport report = checked(file.path(), options);
+    const std::string found = summary(report);
+    EXPECT_EQ(report.opens(), !report.findings.has(Severity::kError)) << found;
+    EXPECT_THAT(found,
+                Not(AnyOf(HasSubstr("unexplained"), HasSubstr("disagree"), HasSubstr("failure"))))
+        << testing::PrintToString(content) << " in " << options.codePage.value_or("");
+  }
+}
+
+TEST(Check, CostsNoMoreThanTheSizeOfAFileDeserves) {
+  const auto many = [](std::size_t bytes, const std::string& line) {
+    std::string text;
+    while (text.size() < bytes) text += line;
+    return text;
+  };
+  // One finding of a kind and line, and none that looks at the rest of the line for each brace.
+  const TempFile styles("{1}{2}" + many(1 << 20, "{s:1}") + many(1 << 20, "{y:"));
+  const CheckReport report = checked(styles.path());
+  EXPECT_EQ(summary(report), "opens 1 24000/1001 default; 1 style-code");
+  EXPECT_LT(words(report).size(), 2000U);
+  for (const char* line : {"{0}{-1}a\n", "{1}{2}\n", "{1}{2}\xE9\n", "x\n"}) {
+    const TempFile file(many(1 << 20, line));
+    const std::size_t before = ::mallinfo2().uordblks;
+    const CheckReport kept = checked(file.path());
+    EXPECT_LE(::mallinfo2().uordblks - before, 8U << 20) << line;
+  }
 }
 
 TEST(CodePages, AreGuessedForTheSamples) {

@@ -4,7 +4,7 @@
 #include <fstream>
 #include <random>
 
-#include "host/check/examination.h"
+#include "host/check/check.h"
 #include "host/fix/fix_file.h"
 #include "host/io/failure.h"
 #include "support/fakes.h"
@@ -205,8 +205,8 @@ class FixProperties : public testing::Test {
     const auto after = played(file_.path(), "");
     ASSERT_TRUE(after) << fixed.repair.text;
     EXPECT_EQ(before.value_or(*after), *after) << fixed.repair.text;
-    const CheckReport report = examine(file_.path(), file_.path(), sessionOptions(), 0);
-    EXPECT_EQ(report.findings.count(Severity::kError), 0U);
+    const CheckReport report = checkFile(file_.path(), sessionOptions(), 0);
+    EXPECT_FALSE(report.findings.has(Severity::kError));
     EXPECT_TRUE(fixFile(file_.path(), {sessionOptions(), false}).isAsItWas) << fixed.repair.text;
   }
 

@@ -38,6 +38,16 @@ same 'code page' "$work/out" <<'END'
 {"timestamp": 1000, "duration": 1000, "text": "Za późno"}
 END
 
+# What holds for MicroDVD alone is not said of another format.
+printf '{10}{20}text\n' >"$work/bad.txt"
+(cd "$work" && "$ombe" check old.txt bad.txt --plugin "$plugin" --code-page windows-1250) \
+  >"$work/out" || :
+same 'check' "$work/out" <<'END'
+old.txt: opens: 1 subtitle, windows-1250 (as given)
+bad.txt: will not open
+bad.txt: the plug-in refuses it; what it wants of a file is not known here: see --log
+END
+
 refused 'a MicroDVD line' '{10}{20}text\n'
 refused 'a broken second line' '[10][20]text\n[30[40]text\n'
 refused 'a time past 32 bits' '[10][42949673]text\n'

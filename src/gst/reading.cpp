@@ -6,7 +6,7 @@
 
 #include "gst/handed_file.h"
 #include "gst/head.h"
-#include "host/check/examination.h"
+#include "host/check/check.h"
 #include "host/io/failure.h"
 #include "host/text/code_page.h"
 #include "host/text/visible_text.h"
@@ -41,11 +41,12 @@ SessionOptions optionsFor(std::string_view content, const ReadingSettings& setti
 std::string reasons(const std::string& path, const SessionOptions& options) {
   constexpr std::size_t kOfEachKind = 3;
   std::string text;
-  for (const Finding& finding : examine(path, path, options, kOfEachKind).findings.sorted()) {
-    if (finding.severity != Severity::kError) continue;
+  const CheckReport report = checkFile(path, options, kOfEachKind);
+  for (const Finding& finding : report.findings.kept()) {
+    if (severityOf(finding.kind) != Severity::kError) continue;
     if (!text.empty()) text += "; ";
     if (finding.line != 0) text += "line " + std::to_string(finding.line) + ": ";
-    text += finding.message;
+    text += report.findings.message(finding);
   }
   return visibleLine(text);
 }

@@ -1,12 +1,144 @@
 #include "host/check/findings.h"
 
 #include <algorithm>
-#include <utility>
+#include <tuple>
+
+#include "host/text/utf8_scan.h"
 
 namespace Ombe {
+namespace {
+
+using enum Severity;
+
+struct KindDescription {
+  Kind kind;
+  Severity severity;
+  const char* word;
+  const char* message;  // with places for what differs
+  bool quotes = false;  // whether the line is shown as well
+};
+
+constexpr KindDescription kDescriptions[] = {
+    {Kind::kFailure, kError, "failure", "<detail>"},
+    {Kind::kOtherPlugin, kError, "unexplained",
+     "the plug-in refuses it; what it wants of a file is not known here: see --log"},
+    {Kind::kExtension, kError, "extension",
+     "its name must end in .sub or .txt, in lower case: rename it"},
+    {Kind::kSize, kError, "size", "is larger than the plug-in reads (2 GiB less 4 KiB)"},
+    {Kind::kEmpty, kError, "foreign-format", "is empty"},
+    {Kind::kBlank, kError, "foreign-format", "holds no line that is not empty"},
+    {Kind::kShort, kError, "foreign-format", "is too short to hold a subtitle"},
+    {Kind::kVobSub, kError, "foreign-format",
+     "binary VobSub (an MPEG program stream): pictures, not text"},
+    {Kind::kWide, kError, "foreign-format",
+     "looks like UTF-16 or UTF-32 without a signature: save it as UTF-8, or with a signature"},
+    {Kind::kBinary, kError, "foreign-format", "is binary: it holds bytes that no text holds"},
+    {Kind::kWebVtt, kError, "foreign-format", "looks like WebVTT, not MicroDVD"},
+    {Kind::kSubStation, kError, "foreign-format", "looks like SubStation Alpha, not MicroDVD"},
+    {Kind::kSubRip, kError, "foreign-format", "looks like SubRip, not MicroDVD"},
+    {Kind::kLateStart, kError, "late-start",
+     "its first subtitle does not begin within the first 1,024 bytes, where it is looked for: "
+     "delete what stands before it"},
+    {Kind::kUndecodable, kError, "code-page",
+     "its signature says <detail>, but what follows cannot be read as that"},
+    {Kind::kWrongCodePage, kError, "code-page",
+     "read as <detail>, as asked for, it does not begin with {first}{last}; as it is, it does"},
+    {Kind::kDamagedText, kWarning, "code-page", "holds bytes that are no characters of <detail>"},
+    {Kind::kUnexplained, kError, "unexplained",
+     "the plug-in refuses it, and nothing found here says why: see --log"},
+    {Kind::kDisagreement, kWarning, "disagreement",
+     "the plug-in plays it with other subtitles or times than its lines say; what is said of "
+     "lines and rate may not hold"},
+    {Kind::kBadLine, kError, "bad-line", "<unread>", true},
+    {Kind::kBlankLine, kError, "bad-line", "<unread> (only blanks: delete them)", true},
+    {Kind::kSignatureLine, kError, "bad-line", "<unread> (a UTF-8 signature inside the text)",
+     true},
+    {Kind::kIndentedLine, kError, "bad-line", "<unread> (blanks before the first brace)", true},
+    {Kind::kHalfLine, kError, "bad-line", "<unread> (no second frame number in braces)", true},
+    {Kind::kNul, kWarning, "nul", "holds a NUL byte: the plug-in reads no further"},
+    {Kind::kNoText, kWarning, "no-text", "has no text and is not shown", true},
+    {Kind::kOpenBrace, kWarning, "no-text", "its second brace is not closed, so it is not shown",
+     true},
+    {Kind::kHeaderGiven, kWarning, "header",
+     "shown as a subtitle, since the frame rate was given; SubRip and WebVTT leave it out where it "
+     "comes first",
+     true},
+    {Kind::kHeaderAgain, kWarning, "header",
+     "shown as a subtitle, since line <other> states the frame rate", true},
+    {Kind::kHeaderLate, kWarning, "header",
+     "shown as a subtitle, since it does not come before the others", true},
+    {Kind::kHeaderElsewhere, kWarning, "header",
+     "shown as a subtitle: a frame rate stands behind {1}{1}", true},
+    {Kind::kHeaderWords, kWarning, "header",
+     "shown as a subtitle: a frame rate is a number alone, such as 25 or 23.976", true},
+    {Kind::kHeaderNothing, kWarning, "header", "taken as the frame rate, but it states none", true},
+    {Kind::kFastRate, kWarning, "frame-rate",
+     "more than 120 frames a second is hardly what is meant"},
+    {Kind::kNotUtf8, kWarning, "not-utf-8", "not UTF-8<detail>"},
+    {Kind::kIsUtf8, kWarning, "code-page",
+     "its texts are UTF-8, but are read as <detail>, as asked for", true},
+    {Kind::kForeignBytes, kWarning, "code-page", "holds bytes that are no characters of <detail>",
+     true},
+    {Kind::kSingleCharacter, kWarning, "code-page",
+     "is one character alone, which is not converted", true},
+    {Kind::kBrokenCharacter, kWarning, "broken-character",
+     "a line break replaces the last byte of a character, since that is the byte of a bar", true},
+    {Kind::kUnknownStyle, kWarning, "style-code",
+     "<code> is shown as text: no such code is translated", true},
+    {Kind::kLateStyle, kWarning, "style-code",
+     "<code> is shown as text: only one code, at the very start, is translated", true},
+    {Kind::kLongStyle, kWarning, "style-code",
+     "<code> is shown as text: it may hold two letters at most", true},
+    {Kind::kShortColor, kWarning, "style-code",
+     "<code> is shown as text: a colour is written {c:$ and six digits}", true},
+    {Kind::kSlash, kWarning, "slash",
+     "the slash of a further line is shown: the one at the start is for all", true},
+    {Kind::kColor, kNote, "color-order",
+     "colours are taken as red, green, blue: where they look wrong, try --color-order bgr"},
+    {Kind::kNegativeFrame, kWarning, "negative-frame",
+     "has a negative frame number, which counts as a very late one", true},
+    {Kind::kNoTime, kWarning, "no-time", "ends when it starts, so it is hardly seen", true},
+    {Kind::kEndBeforeStart, kWarning, "end-before-start", "ends <seconds> before it starts"},
+    {Kind::kLong, kWarning, "long", "stays for <seconds>"},
+    {Kind::kOverlap, kWarning, "overlap",
+     "begins <seconds> before the subtitle of line <other> ends"},
+};
+
+constexpr const KindDescription& describe(Kind kind) {
+  return kDescriptions[static_cast<std::size_t>(kind)];
+}
+
+constexpr bool standWhereTheirKindSays() {
+  std::size_t index = 0;
+  for (const KindDescription& row : kDescriptions) {
+    if (static_cast<std::size_t>(row.kind) != index++) return false;
+  }
+  return index == static_cast<std::size_t>(Kind::kOverlap) + 1;
+}
+static_assert(standWhereTheirKindSays());
+
+/// A text up to `end`, but no more than some bytes of it, by whole characters.
+std::string cut(std::string_view text, std::string_view end, std::size_t limit) {
+  const std::string_view head = text.substr(0, limit + 1);
+  const std::size_t length = std::min(head.find_first_of(end), head.size());
+  if (length <= limit) return std::string(head.substr(0, length));
+  std::size_t shown = 0;
+  while (shown < limit) shown += nextUtf8Piece(text.substr(shown)).length;
+  return std::string(text.substr(0, shown)) + "…";
+}
+
+/// A style code, which stands in the line from `from` on.
+std::string codeAt(std::string_view text, std::size_t from) {
+  const std::string code = cut(text.substr(std::min(from, text.size())), "}\r\n", 40);
+  return code.ends_with("…") ? code : code + "}";
+}
+
+}  // namespace
 
 const char* severityName(Severity severity) {
   switch (severity) {
+    case Severity::kNote:
+      return "note";
     case Severity::kWarning:
       return "warning";
     case Severity::kError:
@@ -15,35 +147,63 @@ const char* severityName(Severity severity) {
   return "";
 }
 
-void Findings::add(Finding finding) {
-  ++bySeverity_[finding.severity];
-  const std::size_t count = ++byKind_[finding.kind];
-  if (limit_ == 0 || count <= limit_) kept_.push_back(std::move(finding));
+const char* wordFor(Kind kind) { return describe(kind).word; }
+
+Severity severityOf(Kind kind) { return describe(kind).severity; }
+
+void Findings::add(const Finding& finding) {
+  ++bySeverity_[severityOf(finding.kind)];
+  const std::size_t count = ++byWord_[wordFor(finding.kind)];
+  if (limit_ == 0 || count <= limit_) kept_.push_back(finding);
 }
 
-std::vector<Finding> Findings::sorted() const {
-  std::vector<Finding> result = kept_;
-  std::stable_sort(result.begin(), result.end(),
-                   [](const Finding& a, const Finding& b) { return a.line < b.line; });
-  return result;
+void Findings::add(const Finding& finding, std::string detail) {
+  details_[finding.kind] = std::move(detail);
+  add(finding);
+}
+
+void Findings::sort() {
+  std::sort(kept_.begin(), kept_.end(), [](const Finding& a, const Finding& b) {
+    return std::tie(a.line, a.kind) < std::tie(b.line, b.kind);
+  });
 }
 
 std::map<std::string_view, std::size_t> Findings::omitted() const {
   std::map<std::string_view, std::size_t> result;
-  for (const auto& [kind, count] : byKind_) {
-    if (limit_ != 0 && count > limit_) result[kind] = count - limit_;
+  for (const auto& [word, count] : byWord_) {
+    if (limit_ != 0 && count > limit_) result[word] = count - limit_;
   }
   return result;
 }
 
-std::size_t Findings::count(Severity severity) const {
-  const auto found = bySeverity_.find(severity);
-  return found == bySeverity_.end() ? 0 : found->second;
+bool Findings::has(Severity severity) const { return bySeverity_.contains(severity); }
+
+std::string Findings::message(const Finding& finding) const {
+  std::string text = describe(finding.kind).message;
+  std::size_t from = 0;  // behind what was filled in, which may look like another place
+  const auto fill = [&](std::string_view place, const auto& makeWords) {
+    const std::size_t at = text.find(place, from);
+    if (at == std::string::npos) return;
+    const std::string words = makeWords();
+    text.replace(at, place.size(), words);
+    from = at + words.size();
+  };
+  const std::uint32_t number = finding.number;
+  fill("<unread>", [] { return R"(not "{first}{last}text")"; });
+  fill("<detail>", [&] { return details_.at(finding.kind); });
+  fill("<code>", [&] { return codeAt(text_, std::size_t{finding.at} + number); });
+  fill("<seconds>", [&] {
+    return std::to_string(number / 1000) + "." + std::to_string(number / 100 % 10) + " s";
+  });
+  fill("<other>",
+       [&] { return std::to_string(describe(finding.kind).quotes ? number : finding.at); });
+  return text;
 }
 
-std::size_t Findings::count(std::string_view kind) const {
-  const auto found = byKind_.find(kind);
-  return found == byKind_.end() ? 0 : found->second;
+std::string Findings::excerpt(const Finding& finding) const {
+  constexpr std::size_t kShown = 120;  // bytes of a line
+  if (!describe(finding.kind).quotes) return {};
+  return cut(std::string_view(text_).substr(finding.at), std::string_view("\r\n\0", 3), kShown);
 }
 
 }  // namespace Ombe

@@ -3,45 +3,121 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace Ombe {
 
-enum class Severity { kWarning, kError };
+enum class Severity : std::uint8_t { kNote, kWarning, kError };
 
 const char* severityName(Severity severity);
 
-struct Finding {
-  Severity severity;
-  const char* kind;    ///< a word for programs, a literal: "bad-line"
-  std::uint64_t line;  ///< as an editor counts; 0 for the file as a whole
-  std::string message;
-  std::string text;  ///< the line that is meant, when it is to be shown
+/// What can be found, in the order in which it is told of one line. The word that programs know it
+/// by, its severity and its message stand in one table.
+enum class Kind : std::uint8_t {
+  // The file as a whole.
+  kFailure,
+  kOtherPlugin,
+  kExtension,
+  kSize,
+  kEmpty,
+  kBlank,
+  kShort,
+  kVobSub,
+  kWide,
+  kBinary,
+  kWebVtt,
+  kSubStation,
+  kSubRip,
+  kLateStart,
+  kUndecodable,
+  kWrongCodePage,
+  kDamagedText,
+  kUnexplained,
+  kDisagreement,
+  // Lines that are not understood.
+  kBadLine,
+  kBlankLine,
+  kSignatureLine,
+  kIndentedLine,
+  kHalfLine,
+  kNul,
+  // Lines that are, with what may be wrong with them.
+  kNoText,
+  kOpenBrace,
+  kHeaderGiven,
+  kHeaderAgain,
+  kHeaderLate,
+  kHeaderElsewhere,
+  kHeaderWords,
+  kHeaderNothing,
+  kFastRate,
+  kNotUtf8,
+  kIsUtf8,
+  kForeignBytes,
+  kSingleCharacter,
+  kBrokenCharacter,
+  kUnknownStyle,
+  kLateStyle,
+  kLongStyle,
+  kShortColor,
+  kSlash,
+  kColor,
+  kNegativeFrame,
+  kNoTime,
+  kEndBeforeStart,
+  kLong,
+  kOverlap,
 };
 
-/// Findings of one file. Keeps the first `limit` of each kind (0 keeps all) and counts the others.
+/// Small, since a long file may give millions: what a message needs besides is in the text that was
+/// read.
+struct Finding {
+  Kind kind;
+  std::uint32_t line = 0;    ///< as an editor counts; 0 for the file as a whole
+  std::uint32_t at = 0;      ///< where what is to be quoted begins in the text; else another line
+  std::uint32_t number = 0;  ///< milliseconds, another line or bytes behind `at`
+};
+
+/// Findings of one file, with the text that they quote. Keeps the first `limit` of each kind, as
+/// programs know kinds (0 keeps all), and counts the others.
 class Findings {
  public:
   explicit Findings(std::size_t limit = 0) : limit_(limit) {}
 
-  void add(Finding finding);
+  void add(const Finding& finding);
+  /// One for which a name or a reason is to be told.
+  void add(const Finding& finding, std::string detail);
+  /// The text that `at` counts in.
+  void setText(std::string text) { text_ = std::move(text); }
+  [[nodiscard]] const std::string& text() const { return text_; }
 
-  /// Those kept, by line.
-  [[nodiscard]] std::vector<Finding> sorted() const;
+  /// Puts those kept in the order of their lines. After the last was added.
+  void sort();
+  [[nodiscard]] const std::deque<Finding>& kept() const { return kept_; }
   /// How many of each kind were not kept; kinds that lost none are not in it.
   [[nodiscard]] std::map<std::string_view, std::size_t> omitted() const;
-  /// How many were found, kept or not.
-  [[nodiscard]] std::size_t count(Severity severity) const;
-  [[nodiscard]] std::size_t count(std::string_view kind) const;
+  /// Whether one of that severity was found, kept or not.
+  [[nodiscard]] bool has(Severity severity) const;
+
+  /// For people, as it came from the file: to be made visible.
+  [[nodiscard]] std::string message(const Finding& finding) const;
+  /// The start of the line that is meant, in bytes of the text; empty when it is not to be shown.
+  [[nodiscard]] std::string excerpt(const Finding& finding) const;
 
  private:
   std::size_t limit_;
-  std::vector<Finding> kept_;
-  std::map<std::string_view, std::size_t> byKind_;
+  std::string text_;
+  std::deque<Finding> kept_;  // not a vector, which doubles
+  std::map<Kind, std::string> details_;
+  std::map<std::string_view, std::size_t> byWord_;
   std::map<Severity, std::size_t> bySeverity_;
 };
+
+/// "bad-line" and the like; stays the same in later versions.
+const char* wordFor(Kind kind);
+Severity severityOf(Kind kind);
 
 }  // namespace Ombe

@@ -1,58 +1,82 @@
 #include <nlohmann/json.hpp>
 
-#include "host/check/report_writer.h"
+#include "host/check/check.h"
 #include "host/io/json_output.h"
 
 namespace Ombe {
 namespace {
 
+const char* nameOf(RateSource source) {
+  switch (source) {
+    case RateSource::kNone:
+      return "none";
+    case RateSource::kUser:
+      return "user";
+    case RateSource::kHeader:
+      return "header";
+    case RateSource::kDefault:
+      return "default";
+  }
+  return "";
+}
+
 Json toJson(const RateUse& use) {
   if (!use.rate.isSet()) return nullptr;
   Json rate = {{"numerator", use.rate.numerator},
                {"denominator", use.rate.denominator},
-               {"source", use.source}};
+               {"source", nameOf(use.source)}};
   if (use.line != 0) rate["line"] = use.line;
   return rate;
 }
 
-Json toJson(const Finding& finding) {
-  Json json = {{"severity", severityName(finding.severity)}, {"kind", finding.kind}};
+Json toJson(const CheckReport& report, const Finding& finding) {
+  Json json = {{"severity", severityName(severityOf(finding.kind))},
+               {"kind", wordFor(finding.kind)}};
   if (finding.line != 0) json["line"] = finding.line;
-  json["message"] = finding.message;
-  if (!finding.text.empty()) json["text"] = finding.text;
+  json["message"] = report.findings.message(finding);
+  if (finding.kind == Kind::kNotUtf8) json["codePages"] = report.likelyCodePages;
+  const std::string excerpt = report.findings.excerpt(finding);
+  if (!excerpt.empty()) json["text"] = excerpt;
   return json;
 }
 
 /// Of the file as a whole when there is one, else of its first bad line.
-std::string firstError(const std::vector<Finding>& findings) {
-  for (const Finding& finding : findings) {
-    if (finding.severity != Severity::kError) continue;
-    if (finding.line == 0) return finding.message;
-    return "line " + std::to_string(finding.line) + ": " + finding.message;
+std::string firstError(const Findings& findings) {
+  for (const Finding& finding : findings.kept()) {
+    if (severityOf(finding.kind) != Severity::kError) continue;
+    const std::string where =
+        finding.line == 0 ? "" : "line " + std::to_string(finding.line) + ": ";
+    return where + findings.message(finding);
   }
   return "refused";
 }
 
+Json headOf(const CheckReport& report) {
+  Json json = {{"file", report.file}, {"opens", report.opens()}};
+  if (!report.opens()) {
+    json["error"] = errorJson(report.file, stepName(*report.failed), firstError(report.findings));
+    return json;
+  }
+  json["subtitles"] = report.subtitles;
+  json["frameRate"] = toJson(report.rate);
+  json["codePage"] = {{"name", report.codePage.empty() ? "UTF-8" : report.codePage},
+                      {"signature", report.hasSignature}};
+  return json;
+}
+
 }  // namespace
 
-Json toJson(const CheckReport& report) {
-  const std::vector<Finding> sorted = report.findings.sorted();
-  Json findings = Json::array();
-  for (const Finding& finding : sorted) findings.push_back(toJson(finding));
+void writeJson(const CheckReport& report, JsonWriter& out) {
+  out.begin('{');
+  const Json head = headOf(report);
+  for (const auto& [name, value] : head.items()) out.value(value, name);
+  out.begin('[', "findings");
+  for (const Finding& finding : report.findings.kept()) out.value(toJson(report, finding));
+  out.end();
   Json omitted = Json::object();
-  for (const auto& [kind, count] : report.findings.omitted()) omitted[std::string(kind)] = count;
-  Json json = {{"file", report.file}, {"opens", report.opens}};
-  if (report.opens) {
-    json["subtitles"] = report.subtitles;
-    json["frameRate"] = toJson(report.rate);
-    json["codePage"] = {{"name", report.codePage.empty() ? "UTF-8" : report.codePage},
-                        {"signature", report.hasSignature}};
-  } else {
-    json["error"] = errorJson(report.file, report.step, firstError(sorted));
-  }
-  json["findings"] = std::move(findings);
-  json["omitted"] = std::move(omitted);
-  return json;
+  for (const auto& [word, count] : report.findings.omitted()) omitted[std::string(word)] = count;
+  out.value(omitted, "omitted");
+  out.end();
 }
 
 }  // namespace Ombe

@@ -1,70 +1,79 @@
 #include <fmt/format.h>
 
-#include "host/check/report_writer.h"
-#include "host/text/utf8_scan.h"
+#include "host/check/check.h"
+#include "host/io/output_file.h"
 #include "host/text/visible_text.h"
 
 namespace Ombe {
 namespace {
 
-constexpr std::size_t kShown = 120;  // bytes of a line
-
-std::string shown(std::string_view text) {
-  if (text.size() <= kShown) return visibleLine(text);
-  std::size_t end = 0;
-  while (end < kShown) end += nextUtf8Piece(text.substr(end)).length;
-  return visibleLine(text.substr(0, end)) + "…";
-}
-
-std::string painted(std::string_view text, Severity severity, bool coloured) {
-  if (!coloured) return std::string(text);
-  const char* color = severity == Severity::kError ? "31" : "33";
+std::string painted(std::string_view text, Severity severity, bool colored) {
+  if (!colored) return std::string(text);
+  const char* color = severity == Severity::kError  ? "31"
+                      : severity == Severity::kNote ? "36"
+                                                    : "33";
   return fmt::format("\x1B[1;{}m{}\x1B[0m", color, text);
 }
 
-std::string rateText(const RateUse& use) {
-  const std::string_view source = use.source;
-  if (source == "none") return "no frame rate needed";
-  const std::string origin = source == "header" ? fmt::format("stated in line {}", use.line)
-                             : source == "user" ? "as given"
-                                                : "the default, since none is stated";
-  return fmt::format("{}/{} = {:.3f} frames a second ({})", use.rate.numerator,
-                     use.rate.denominator, use.rate.perSecond(), origin);
+std::string originOf(const RateUse& use) {
+  switch (use.source) {
+    case RateSource::kUser:
+      return "as given";
+    case RateSource::kHeader:
+      return fmt::format("stated in line {}", use.line);
+    case RateSource::kNone:
+    case RateSource::kDefault:
+      return "the default, since none is stated";
+  }
+  return {};
+}
+
+std::string rateText(const CheckReport& report) {
+  if (!report.isMicroDVD) return {};
+  const RateUse& use = report.rate;
+  if (use.source == RateSource::kNone) return "no frame rate needed, ";
+  return fmt::format("{}/{} = {:.3f} frames a second ({}), ", use.rate.numerator,
+                     use.rate.denominator, use.rate.perSecond(), originOf(use));
 }
 
 std::string codePageText(const CheckReport& report) {
   if (report.hasSignature) return report.codePage + " (found in the file)";
-  return report.codePage.empty() ? "UTF-8 (none given)" : report.codePage + " (as given)";
+  return report.codePage.empty() ? "UTF-8 (none given)"
+                                 : visibleLine(report.codePage) + " (as given)";
 }
 
-void appendFinding(std::string& out, const std::string& file, const Finding& finding,
-                   bool coloured) {
+void appendFinding(std::string& out, const std::string& file, const Findings& findings,
+                   const Finding& finding, bool colored) {
+  const Severity severity = severityOf(finding.kind);
   out += file;
   if (finding.line != 0) out += fmt::format(":{}", finding.line);
   out += ": ";
-  if (finding.severity != Severity::kError) {
-    out += painted(severityName(finding.severity), finding.severity, coloured) + ": ";
+  if (severity != Severity::kError) {
+    out += painted(severityName(severity), severity, colored) + ": ";
   }
-  out += visibleLine(finding.message);
-  if (!finding.text.empty()) out += ": " + shown(finding.text);
+  out += visibleLine(findings.message(finding));
+  const std::string excerpt = findings.excerpt(finding);
+  if (!excerpt.empty()) out += ": " + visibleLine(excerpt);
   out += '\n';
 }
 
 }  // namespace
 
-void appendText(std::string& out, const CheckReport& report, bool coloured) {
+void writeText(const CheckReport& report, bool colored, OutputFile& output) {
+  std::string& out = output.buffer();
   const std::string file = visibleLine(report.file);
-  if (report.opens) {
-    out += fmt::format("{}: opens: {} subtitles, {}, {}\n", file, report.subtitles,
-                       rateText(report.rate), codePageText(report));
+  if (report.opens()) {
+    out += fmt::format("{}: opens: {} subtitle{}, {}{}\n", file, report.subtitles,
+                       report.subtitles == 1 ? "" : "s", rateText(report), codePageText(report));
   } else {
-    out += fmt::format("{}: {}\n", file, painted("will not open", Severity::kError, coloured));
+    out += fmt::format("{}: {}\n", file, painted("will not open", Severity::kError, colored));
   }
-  for (const Finding& finding : report.findings.sorted()) {
-    appendFinding(out, file, finding, coloured);
+  for (const Finding& finding : report.findings.kept()) {
+    appendFinding(out, file, report.findings, finding, colored);
+    output.drain();
   }
-  for (const auto& [kind, count] : report.findings.omitted()) {
-    out += fmt::format("{}: {} more of this kind: {} (--limit 0 shows all)\n", file, count, kind);
+  for (const auto& [word, count] : report.findings.omitted()) {
+    out += fmt::format("{}: {} more of this kind: {} (--limit 0 shows all)\n", file, count, word);
   }
 }
 

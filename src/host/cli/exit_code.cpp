@@ -38,13 +38,17 @@ std::string messageOf(const Failure& failure) {
   return std::string(failure.what()) + adviceOn(failure.step());
 }
 
+Json errorJson(const Failure& failure) {
+  return errorJson(failure.file(), stepName(failure.step()),
+                   failure.reason() + adviceOn(failure.step()));
+}
+
 void withJson(bool isWanted, const std::function<void(Json& document)>& fill) {
   Json document = {{"version", kJsonVersion}};
   try {
     fill(document);
   } catch (const Failure& failure) {
-    document["error"] = errorJson(failure.file(), stepName(failure.step()),
-                                  failure.reason() + adviceOn(failure.step()));
+    document["error"] = errorJson(failure);
     if (isWanted) writeJson(document);
     throw;
   }

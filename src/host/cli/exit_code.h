@@ -22,6 +22,9 @@ ExitCode exitCodeOf(const Failure& failure);
 /// The failure in a line for people: "FILE: REASON", and what to do where the program knows.
 std::string messageOf(const Failure& failure);
 
+/// The same for programs.
+nlohmann::ordered_json errorJson(const Failure& failure);
+
 /// Calls `fill` with a document that holds the version, and writes it if JSON is wanted: complete,
 /// or with what was filled in before a Failure and the failure as "error". The Failure goes on.
 void withJson(bool isWanted, const std::function<void(nlohmann::ordered_json& document)>& fill);

@@ -1,11 +1,12 @@
+#include "host/check/check.h"
+
 #include <unistd.h>
 
 #include <nlohmann/json.hpp>
 
-#include "host/check/report_writer.h"
 #include "host/cli/common_options.h"
 #include "host/io/color_choice.h"
-#include "host/io/input_file.h"
+#include "host/io/failure.h"
 #include "host/io/json_output.h"
 #include "host/io/output_file.h"
 
@@ -20,35 +21,48 @@ struct CheckOptions {
   SessionOptions session;
 };
 
-CheckReport examineNamed(const std::string& name, const CheckOptions& options) {
-  const InputFile input(name);
-  return examine(input.name(), input.path(), options.session, options.limit);
-}
-
-ExitCode checkAsJson(const CheckOptions& options) {
+/// Hands a report on every file to `take`.
+template <typename Take>
+ExitCode checkEach(const CheckOptions& options, const Take& take) {
   ExitCode code = ExitCode::kDone;
-  withJson(true, [&](Json& document) {
-    Json& files = document["files"] = Json::array();
-    for (const std::string& file : options.files) {
-      const CheckReport report = examineNamed(file, options);
-      if (!report.opens) code = ExitCode::kRefused;
-      files.push_back(toJson(report));
-    }
-  });
+  for (const std::string& file : options.files) {
+    const CheckReport report = checkFile(file, options.session, options.limit);
+    if (!report.opens()) code = ExitCode::kRefused;
+    take(report);
+  }
   return code;
 }
 
-ExitCode check(const CheckOptions& options) {
-  if (options.json) return checkAsJson(options);
-  const bool coloured = wantsColor(options.color, STDOUT_FILENO);
-  ExitCode code = ExitCode::kDone;
-  OutputFile output("-", OutputFile::Text::kVisible);
-  for (const std::string& file : options.files) {
-    const CheckReport report = examineNamed(file, options);
-    if (!report.opens) code = ExitCode::kRefused;
-    appendText(output.buffer(), report, coloured);
-    output.drain();
+ExitCode checkAsJson(const CheckOptions& options) {
+  OutputFile output("-");
+  JsonWriter json(output);
+  json.begin('{');
+  json.value(kJsonVersion, "version");
+  json.begin('[', "files");
+  const auto finish = [&](const Json& error) {
+    json.end();
+    if (!error.is_null()) json.value(error, "error");
+    json.end();
+    output.commit();
+  };
+  try {
+    const ExitCode code =
+        checkEach(options, [&json](const CheckReport& report) { writeJson(report, json); });
+    finish(nullptr);
+    return code;
+  } catch (const Failure& failure) {
+    finish(errorJson(failure));
+    throw;
   }
+}
+
+ExitCode checkAsText(const CheckOptions& options) {
+  OutputFile output("-", OutputFile::Text::kVisible);
+  const bool colored = wantsColor(options.color, STDOUT_FILENO);
+  const ExitCode code = checkEach(options, [&](const CheckReport& report) {
+    writeText(report, colored, output);
+    output.drain();
+  });
   output.commit();
   return code;
 }
@@ -63,13 +77,14 @@ Command checkCommand() {
                         .range = {{0, 1000000000}},
                         .initial = std::to_string(options->limit),
                         .set = into(options->limit)};
-  return {.name = "check",
-          .purpose = "Say whether files will play, and if not, why and where",
-          .footer = "Example: ombe check movie.sub --code-page windows-1250",
-          .options = withSourceOptions({filesOption(options->files), limit,
-                                        jsonOption(options->json), colorOption(options->color)},
-                                       options->session),
-          .run = [options] { return check(*options); }};
+  return {
+      .name = "check",
+      .purpose = "Say whether files will play, and if not, why and where",
+      .footer = "Example: ombe check movie.sub --code-page windows-1250",
+      .options = withSourceOptions({filesOption(options->files), limit, jsonOption(options->json),
+                                    colorOption(options->color)},
+                                   options->session),
+      .run = [options] { return options->json ? checkAsJson(*options) : checkAsText(*options); }};
 }
 
 }  // namespace Ombe

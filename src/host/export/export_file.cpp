@@ -2,7 +2,7 @@
 #include <fstream>
 #include <string_view>
 
-#include "host/check/foreign_format.h"
+#include "host/check/check.h"
 #include "host/export/export.h"
 #include "host/export/export_steps.h"
 #include "host/io/input_file.h"
@@ -42,11 +42,11 @@ std::vector<std::string> exportSession(Session& session, const InputFile& input,
 }
 
 /// What a file that is not recognised looks like; empty for no idea.
-std::string_view looksOf(const InputFile& input) {
+std::string looksOfFile(const InputFile& input) {
   std::array<char, 1024> head{};
   std::ifstream file(input.path(), std::ios::binary);
   file.read(head.data(), head.size());
-  return foreignFormat({head.data(), static_cast<std::size_t>(file.gcount())});
+  return looksOf(std::string_view(head.data(), static_cast<std::size_t>(file.gcount())));
 }
 
 }  // namespace
@@ -59,9 +59,9 @@ std::vector<std::string> exportFile(const std::string& input, const std::string&
     try {
       return exportSession(session, file, output, options);
     } catch (const Failure& failure) {
-      const std::string_view looks = failure.step() == Step::kProbe ? looksOf(file) : "";
+      const std::string looks = failure.step() == Step::kProbe ? looksOfFile(file) : "";
       if (looks.empty()) throw;
-      throw Failure(file.name(), Step::kProbe, "not recognised: " + std::string(looks));
+      throw Failure(file.name(), Step::kProbe, "not recognised: " + looks);
     }
   });
 }

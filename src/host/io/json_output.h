@@ -4,8 +4,11 @@
 
 #include <nlohmann/json_fwd.hpp>
 #include <string>
+#include <string_view>
 
 namespace Ombe {
+
+class OutputFile;
 
 using Json = nlohmann::ordered_json;
 
@@ -16,5 +19,26 @@ Json errorJson(const std::string& file, const std::string& step, const std::stri
 
 /// Writes the document to standard output. Bytes that are no UTF-8 become U+FFFD.
 void writeJson(const Json& document);
+
+/// Writes a document piece by piece, so that a long one need not be in memory, in the form of
+/// writeJson. One thread at a time.
+class JsonWriter {
+ public:
+  explicit JsonWriter(OutputFile& output) : output_(output) {}
+
+  /// Begins an object ('{') or array ('['): a member of that name, an element, or the document.
+  void begin(char bracket, std::string_view name = {});
+  void value(const Json& json, std::string_view name = {});
+  /// Ends what was begun last.
+  void end();
+
+ private:
+  void separate(std::string_view name);
+  [[nodiscard]] std::string newLine() const;
+
+  OutputFile& output_;
+  std::string open_;  // the brackets that will close
+  bool isFirst_ = true;
+};
 
 }  // namespace Ombe

@@ -29,6 +29,8 @@ CodePageReader::CodePageReader(const std::string& name, Unreadable unreadable) {
   if (U_FAILURE(status)) throw std::invalid_argument("unknown code page '" + name + "'");
 }
 
+bool CodePageReader::isUtf8() const { return ucnv_getType(converter_.get()) == UCNV_UTF8; }
+
 template <typename Take>
 bool CodePageReader::convert(std::string_view text, const Take& take) {
   std::array<char16_t, 1024> units;

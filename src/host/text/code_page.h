@@ -22,6 +22,8 @@ class CodePageReader {
   /// Throws std::invalid_argument for a code page that ICU does not know.
   explicit CodePageReader(const std::string& name, Unreadable unreadable = Unreadable::kStop);
 
+  [[nodiscard]] bool isUtf8() const;
+
   /// Whether all bytes are characters of the code page. Takes no memory to speak of.
   bool reads(std::string_view text);
 

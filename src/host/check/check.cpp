@@ -1,0 +1,149 @@
+#include "host/check/check.h"
+
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <new>
+
+#include "host/check/passes.h"
+#include "host/io/failure.h"
+#include "host/io/input_file.h"
+#include "host/session/source.h"
+#include "host/text/utf8_scan.h"
+#include "ombe_core/subtitle_settings.h"
+
+namespace Ombe {
+namespace {
+
+// What one read gives at most on Linux, and a plug-in reads a file with one.
+constexpr std::uintmax_t kLargestFile = 0x7FFFF000;
+// More of a file that is not recognised is not looked at.
+constexpr std::uintmax_t kLargestUnrecognised = std::uintmax_t{64} << 20;
+
+void describe(Session& session, Answer& answer) {
+  SettingValue value;
+  HostController& settings = session.controller();
+  answer.hasSignature =
+      settings.getValue(autodetectedSetting(), value) && value.asBoolean().value_or(false);
+  if (settings.getValue(codePageSetting(), value) && value.asString() != nullptr) {
+    answer.codePage = std::string(view(*value.asString()));
+  }
+  answer.isMicroDVD = session.container().findMediaTypeRank(toByteString("text/x-sub")) >= 0;
+}
+
+/// Recognising pays no heed to the name, opening does.
+bool hasSubtitleName(const std::string& path) {
+  const std::string uri = sourceUri(path);
+  const std::size_t dot = uri.rfind('.');
+  const std::string extension = dot == std::string::npos ? "" : uri.substr(dot);
+  return extension == ".sub" || extension == ".txt";
+}
+
+/// Whether every byte behind the signature is a character.
+bool isWhole(std::string_view bytes, const std::string& codePage) {
+  if (!isKnownCodePage(codePage)) return true;  // nothing to ask
+  return CodePageReader(codePage).reads(bytes.substr(signatureLength(bytes)));
+}
+
+/// The text that the plug-in splits into lines: decoded where it found a signature, else the bytes.
+std::string textOf(std::string bytes, const Answer& answer, Findings& findings) {
+  if (!answer.hasSignature) return bytes;
+  if (!isWhole(bytes, answer.codePage)) findings.add({Kind::kDamagedText}, answer.codePage);
+  auto text = decodedText(bytes, answer.codePage);
+  return text ? std::move(*text) : bytes.substr(signatureLength(bytes));
+}
+
+void explain(const std::string& path, const Answer& answer, const SessionOptions& options,
+             CheckReport& report) {
+  Findings& findings = report.findings;
+  if (!answer.reason.empty()) return findings.add({Kind::kFailure}, answer.reason);
+  if (!answer.isMicroDVD) {
+    if (answer.failed) findings.add({Kind::kOtherPlugin});
+    return;
+  }
+  if (!hasSubtitleName(path)) findings.add({Kind::kExtension});
+  const bool isRecognised = answer.failed != Step::kProbe;
+  const std::uintmax_t size = std::filesystem::file_size(path);
+  if (size > kLargestFile) findings.add({Kind::kSize});
+  if (!isRecognised) {
+    explainUnrecognised(readBytes(path, kLargestUnrecognised), answer, findings);
+  } else if (size <= kLargestFile) {
+    std::string bytes = readBytes(path, size);
+    if (answer.failed && !answer.hasSignature && isWide(bytes)) findings.add({Kind::kWide});
+    findings.setText(textOf(std::move(bytes), answer, findings));
+    FrameRate user;
+    if (options.frameRate) user = {options.frameRate->numerator, options.frameRate->denominator};
+    checkLines(answer, user, report);
+  }
+  if (answer.failed && !findings.has(Severity::kError)) findings.add({Kind::kUnexplained});
+}
+
+void check(const InputFile& input, const SessionOptions& options, CheckReport& report) {
+  const Answer answer = askPlugin(input.path(), options);
+  report.failed = answer.failed;
+  report.isMicroDVD = answer.isMicroDVD;
+  report.subtitles = answer.times.count;
+  report.codePage = answer.codePage;
+  report.hasSignature = answer.hasSignature;
+  explain(input.path(), answer, options, report);
+}
+
+}  // namespace
+
+Answer askPlugin(const std::string& path, const SessionOptions& options) {
+  Answer answer;
+  SessionOptions own = options;
+  own.offsetMs = 0;
+  Session session(own);
+  try {
+    const bool isRecognised = session.probe(path);
+    describe(session, answer);
+    if (!isRecognised) {
+      answer.failed = Step::kProbe;
+      return answer;
+    }
+    session.open(path);
+    session.readToEnd(
+        [&answer](const Chunk& chunk) { answer.times.add(chunk.timestamp(), chunk.duration()); });
+  } catch (const Failure& failure) {
+    answer.failed = failure.step();
+    if (failure.step() != Step::kOpen) answer.reason = failure.reason();
+  }
+  return answer;
+}
+
+std::string readBytes(const std::string& path, std::uintmax_t limit) {
+  const std::uintmax_t size = std::min(std::filesystem::file_size(path), limit);
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  std::ifstream in(path, std::ios::binary);
+  if (!in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()))) {
+    throw Failure(path, Step::kRead, "could not be read to its end");
+  }
+  return bytes;
+}
+
+CheckReport checkFile(const std::string& name, const SessionOptions& options, std::size_t limit) {
+  CheckReport report;
+  report.file = name;
+  report.findings = Findings(limit);
+  const auto fail = [&report](Step step, const std::string& reason) {
+    report.failed = step;
+    report.findings.add({Kind::kFailure}, reason);
+  };
+  try {
+    const InputFile input(name);
+    report.file = input.name();
+    check(input, options, report);
+  } catch (const Failure& failure) {
+    if (failure.step() == Step::kFind || failure.step() == Step::kLoad) throw;
+    fail(failure.step(), failure.reason());
+  } catch (const std::bad_alloc&) {
+    fail(Step::kRead, "needs more memory than there is");
+  } catch (const std::exception& error) {
+    fail(Step::kRead, error.what());
+  }
+  report.findings.sort();
+  return report;
+}
+
+}  // namespace Ombe

@@ -1,0 +1,143 @@
+#include <cstring>
+
+#include "host/check/passes.h"
+#include "microdvd/lines/line_scan.h"
+
+namespace Ombe {
+namespace {
+
+class LineChecker {
+ public:
+  LineChecker(FrameRate user, const std::string& codePage, CheckReport& report)
+      : report_(report), findings_(report.findings), texts_(codePage, report.findings) {
+    if (user.isSet()) report_.rate = {user, RateSource::kUser, 0};
+  }
+
+  void take(const TextLine& line) {
+    copy_ = line.text;
+    const ScannedLine scanned = scanLine(copy_.c_str(), copy_.c_str() + copy_.size());
+    if (scanned.count < 2) return add(badLineKind(copy_), line);
+    if (scanned.count == 2) return takeEmpty(line);
+    const std::size_t before = line.text.size() - scanned.textLength;
+    const TextLine text{line.text.substr(before), line.number,
+                        line.at + static_cast<std::uint32_t>(before)};
+    if (takeHeader(scanned, text)) return;
+    if (!report_.rate.rate.isSet()) report_.rate = {kDefaultFrameRate, RateSource::kDefault, 0};
+    texts_.take(text);
+    checkStyle(line, text.text, findings_);
+    if (coloredLine_ == 0 && hasColor(text.text)) coloredLine_ = line.number;
+    takeSubtitle(scanned, line);
+  }
+
+  std::vector<TimedLine> finish() {
+    report_.likelyCodePages = texts_.finish();
+    if (coloredLine_ != 0) findings_.add({Kind::kColor, coloredLine_});
+    constexpr double kFastest = 120;
+    const RateUse& rate = report_.rate;
+    if (rate.rate.isSet() && rate.rate.perSecond() > kFastest) {
+      findings_.add({Kind::kFastRate, rate.line});
+    }
+    return std::move(subtitles_);
+  }
+
+ private:
+  void add(Kind kind, const TextLine& line, std::uint32_t number = 0) {
+    findings_.add({kind, line.number, line.at, number});
+  }
+
+  void takeEmpty(const TextLine& line) {
+    const std::size_t first = line.text.find('}');
+    const bool isClosed = line.text.find('}', first + 1) != std::string_view::npos;
+    add(isClosed ? Kind::kNoText : Kind::kOpenBrace, line);
+  }
+
+  /// Whether the line states the rate instead of being a subtitle.
+  bool takeHeader(const ScannedLine& line, const TextLine& text) {
+    isLikeHeader_ = false;
+    if (line.textLength >= kHeaderLimit) return false;
+    std::string copy(text.text);
+    const HeaderReading reading = readHeader(copy.data());
+    const bool isPlace = line.firstFrame == 1 && line.lastFrame == 1;
+    if (!isPlace || report_.rate.rate.isSet() || !reading.isHeader) {
+      explainNoHeader(isPlace, reading.isHeader, text);
+      return false;
+    }
+    if (reading.rate) report_.rate = {*reading.rate, RateSource::kHeader, text.number};
+    if (!report_.rate.rate.isSet()) add(Kind::kHeaderNothing, text);
+    return true;
+  }
+
+  /// Why a line that may be meant as a header is a subtitle.
+  void explainNoHeader(bool isPlace, bool isNumber, const TextLine& text) {
+    const bool isFirst = !report_.rate.rate.isSet();
+    if (!isPlace && !(isNumber && isFirst)) return;
+    if (!isNumber && text.text.find_first_of("0123456789") == std::string_view::npos) return;
+    isLikeHeader_ = true;
+    if (!isPlace) return add(Kind::kHeaderElsewhere, text);
+    if (!isNumber) return add(Kind::kHeaderWords, text);
+    switch (report_.rate.source) {
+      case RateSource::kUser:
+        return add(Kind::kHeaderGiven, text);
+      case RateSource::kHeader:
+        return add(Kind::kHeaderAgain, text, report_.rate.line);
+      case RateSource::kNone:
+      case RateSource::kDefault:
+        return add(Kind::kHeaderLate, text);
+    }
+  }
+
+  void takeSubtitle(const ScannedLine& scanned, const TextLine& line) {
+    const FrameRate rate = report_.rate.rate;
+    const TimedLine timed{line.number, frameToMilliseconds(scanned.firstFrame, rate),
+                          frameToMilliseconds(scanned.lastFrame, rate)};
+    subtitles_.push_back(timed);
+    if (timed.start == timed.end && !isLikeHeader_) add(Kind::kNoTime, line);
+    if (scanned.firstFrame < 0 || scanned.lastFrame < 0) add(Kind::kNegativeFrame, line);
+  }
+
+  CheckReport& report_;
+  Findings& findings_;
+  TextCheck texts_;
+  std::string copy_;  // of the line, ended by NUL
+  std::vector<TimedLine> subtitles_;
+  std::uint32_t coloredLine_ = 0;
+  bool isLikeHeader_ = false;
+};
+
+}  // namespace
+
+Kind badLineKind(const std::string& line) {
+  const std::size_t blanks = std::min(line.find_first_not_of(" \t\v\f"), line.size());
+  if (blanks == line.size()) return Kind::kBlankLine;
+  if (line.starts_with("\xEF\xBB\xBF")) return Kind::kSignatureLine;
+  if (scanLine(line.c_str() + blanks).count >= 2) return Kind::kIndentedLine;
+  return scanLine(line.c_str()).count == 1 ? Kind::kHalfLine : Kind::kBadLine;
+}
+
+bool firstLineIsMicroDVD(std::string_view text) {
+  bool begins = false;
+  forEachLine(text, [&begins](const TextLine& line) {
+    begins = scanLine(std::string(line.text).c_str()).count >= 2;
+    return false;
+  });
+  return begins;
+}
+
+void checkLines(const Answer& answer, FrameRate user, CheckReport& report) {
+  Findings& findings = report.findings;
+  LineChecker checker(user, answer.hasSignature ? "" : answer.codePage, report);
+  const std::string& text = findings.text();
+  const std::uint32_t end = forEachLine(text, [&checker](const TextLine& line) {
+    checker.take(line);
+    return true;
+  });
+  if (text.find('\0') != std::string::npos) findings.add({Kind::kNul, end});
+  std::vector<TimedLine> subtitles = checker.finish();
+  checkTiming(subtitles, findings);
+  Answer::Times expected;
+  for (const TimedLine& line : subtitles) expected.add(line.start, line.end - line.start);
+  const bool agrees = expected == answer.times && !findings.has(Severity::kError);
+  if (!answer.failed && !agrees) findings.add({Kind::kDisagreement});
+}
+
+}  // namespace Ombe
