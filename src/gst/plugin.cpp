@@ -17,6 +17,9 @@ gboolean registerFeatures(GstPlugin* plugin) {
 
 // GStreamer refuses plug-ins whose license is not in its list, in which the Boost license is
 // missing.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wcast-qual"  // in what the macro writes
 GST_PLUGIN_DEFINE(GST_VERSION_MAJOR, GST_VERSION_MINOR, ombe,
                   "MicroDVD subtitles through the engine's plug-in", registerFeatures, OMBE_VERSION,
                   GST_LICENSE_UNKNOWN, "ombe", "https://example.org/ombe")
+#pragma GCC diagnostic pop
