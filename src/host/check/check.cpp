@@ -122,6 +122,14 @@ std::string readBytes(const std::string& path, std::uintmax_t limit) {
   return bytes;
 }
 
+CheckReport unreadable(const std::string& name, const std::string& reason) {
+  CheckReport report;
+  report.file = name;
+  report.failed = Step::kRead;
+  report.findings.add({Kind::kFailure}, reason);
+  return report;
+}
+
 CheckReport checkFile(const std::string& name, const SessionOptions& options, std::size_t limit) {
   CheckReport report;
   report.file = name;

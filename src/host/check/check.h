@@ -46,6 +46,9 @@ struct CheckReport {
 /// Throws Failure only when the plug-in cannot be loaded.
 CheckReport checkFile(const std::string& name, const SessionOptions& options, std::size_t limit);
 
+/// A report on what could not be looked at.
+CheckReport unreadable(const std::string& name, const std::string& reason);
+
 /// What a file looks like that is not recognised, by its first bytes; empty for no idea.
 std::string looksOf(std::string_view head);
 
