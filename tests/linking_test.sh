@@ -63,10 +63,12 @@ file=$tree
 [ -z "$searched" ] || fault "$searched"
 
 commands="$tree/compile_commands.json"
+# Commands for the project's own sources, not for those of other projects that it builds or generates.
+ours() { grep -E '"command":.* -c .*/(src|tests|fuzz|bench|examples)/[^ ]*' "$commands" | grep -v ' -c /usr/'; }
 if [ -f "$commands" ]; then
   for flag in $flags; do
     file=$commands
-    check_not "compiled without $flag" "$(grep '"command":' "$commands" | grep -vF -- " $flag ")" .
+    check_not "compiled without $flag" "$(ours | grep -vF -- " $flag ")" .
   done
 fi
 

@@ -59,8 +59,8 @@ void Session::open(const std::string& file) {
         "could not be opened: its name must end in .sub or .txt, and every line must read "
         "{first}{last}text");
   }
-  file_ = file;
   opened_ = true;
+  file_ = file;
   activate();
 }
 
