@@ -4,10 +4,10 @@
 
 #include <filesystem>
 
-#include "gst/handed_file.h"
 #include "gst/head.h"
 #include "host/check/check.h"
 #include "host/io/failure.h"
+#include "host/io/input_file.h"
 #include "host/text/code_page.h"
 #include "host/text/visible_text.h"
 
@@ -76,7 +76,7 @@ CueList readCues(std::string_view content, const ReadingSettings& settings,
     options.codePage.reset();
   }
   Session session(options);
-  const HandedFile file(content);
+  const InputFile file = InputFile::holding(content);
   try {
     session.open(file.path());
   } catch (const Failure& failure) {
