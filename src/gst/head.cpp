@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "microdvd/lines/frame_rate.h"
 #include "microdvd/lines/line_scan.h"
+#include "microdvd/lines/rate_in_force.h"
 #include "microdvd/lines/text_tokenizer.h"
 
 namespace Ombe {
@@ -24,12 +24,6 @@ std::string inAscii(std::string_view head) {
   return text;
 }
 
-HeaderReading readIfHeader(const ScannedLine& line) {
-  if (line.firstFrame != 1 || line.lastFrame != 1 || line.textLength >= kHeaderLimit) return {};
-  std::string text(line.text, line.textLength);
-  return readHeader(text.data());
-}
-
 }  // namespace
 
 bool beginsAsMicroDVD(std::string_view head) {
@@ -41,12 +35,13 @@ bool beginsAsMicroDVD(std::string_view head) {
 bool statesFrameRate(std::string_view head) {
   std::string text = inAscii(head);
   TextTokenizer lines(text.data());
+  RateInForce rate;
   while (const char* line = lines.nextToken("\r\n", nullptr)) {
     const ScannedLine scanned = scanLine(line);
     if (scanned.count == 2) continue;  // no text, so it is no header and no subtitle
-    const HeaderReading reading = scanned.count == 3 ? readIfHeader(scanned) : HeaderReading{};
-    if (!reading.isHeader) return false;
-    if (reading.rate && reading.rate->isSet()) return true;
+    std::string header(scanned.count == 3 ? scanned.text : "", scanned.textLength);
+    if (scanned.count != 3 || !rate.take(scanned, header.data()).isHeader) return false;
+    if (rate.rate().isSet()) return true;
   }
   return false;
 }

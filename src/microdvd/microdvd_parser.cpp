@@ -50,25 +50,15 @@ bool MicroDVDParser::parseLine(const ScannedLine& scanned) {
   if (scanned.count != 3) return false;
   const std::string_view original(scanned.text, scanned.textLength);
   char* text = buffer_.hold(original);
-  if (takeHeader(scanned, text)) return true;
-  if (!rate_.isSet()) rate_ = kDefaultFrameRate;
+  const HeaderReading header = rate_.take(scanned, text);
+  if (header.rate) {
+    statedNumerator_ = header.rate->numerator;
+    statedDenominator_ = header.rate->denominator;
+  }
+  if (header.isHeader) return true;
   breakLines(text, original.size());
   addEntry(scanned, {text, original.size()});
   return true;
-}
-
-/// Whether the line is a header, which makes no entry even when no rate could be read from it.
-bool MicroDVDParser::takeHeader(const ScannedLine& line, char* text) {
-  const bool mayBeHeader = !rate_.isSet() && line.firstFrame == 1 && line.lastFrame == 1 &&
-                           line.textLength < kHeaderLimit;
-  if (!mayBeHeader) return false;
-  const HeaderReading reading = readHeader(text);
-  if (reading.rate) {
-    rate_ = *reading.rate;
-    statedNumerator_ = rate_.numerator;
-    statedDenominator_ = rate_.denominator;
-  }
-  return reading.isHeader;
 }
 
 void MicroDVDParser::addEntry(const ScannedLine& line, std::string_view text) {
@@ -78,8 +68,8 @@ void MicroDVDParser::addEntry(const ScannedLine& line, std::string_view text) {
   std::unique_ptr<unsigned char[]> copy(new unsigned char[std::size_t{size} + 1]);
   styled.copyTo(reinterpret_cast<char*>(copy.get()));
   copy[size] = 0;
-  logEntry(entries_.add(std::move(copy), size, frameToMilliseconds(line.firstFrame, rate_),
-                        frameToMilliseconds(line.lastFrame, rate_)));
+  logEntry(entries_.add(std::move(copy), size, frameToMilliseconds(line.firstFrame, rate()),
+                        frameToMilliseconds(line.lastFrame, rate())));
 }
 
 }  // namespace Ombe

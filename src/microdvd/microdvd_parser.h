@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "microdvd/line_buffer.h"
-#include "microdvd/lines/frame_rate.h"
 #include "microdvd/lines/line_scan.h"
+#include "microdvd/lines/rate_in_force.h"
 #include "ombe_core/buffer_allocator.h"
 #include "stream/entries/new_entries.h"
 
@@ -26,17 +26,16 @@ class MicroDVDParser {
 
   /// The rate of the times. Unset when none was given and no line was a subtitle; it may have one
   /// part then, from a header such as 25/0.
-  [[nodiscard]] FrameRate rate() const { return rate_; }
+  [[nodiscard]] FrameRate rate() const { return rate_.rate(); }
 
   /// In the order of the lines.
   NewEntries& entries() { return entries_; }
 
  private:
   bool parseLine(const ScannedLine& scanned);
-  bool takeHeader(const ScannedLine& line, char* text);
   void addEntry(const ScannedLine& line, std::string_view text);
 
-  FrameRate rate_;
+  RateInForce rate_;
   std::uint64_t& statedNumerator_;
   std::uint64_t& statedDenominator_;
   LineBuffer buffer_;

@@ -2,6 +2,7 @@
 
 #include "host/check/passes.h"
 #include "microdvd/lines/line_scan.h"
+#include "microdvd/lines/rate_in_force.h"
 
 namespace Ombe {
 namespace {
@@ -9,7 +10,10 @@ namespace {
 class LineChecker {
  public:
   LineChecker(FrameRate user, const std::string& codePage, CheckReport& report)
-      : report_(report), findings_(report.findings), texts_(codePage, report.findings) {
+      : report_(report),
+        findings_(report.findings),
+        rate_(user),
+        texts_(codePage, report.findings) {
     if (user.isSet()) report_.rate = {user, RateSource::kUser, 0};
   }
 
@@ -22,7 +26,6 @@ class LineChecker {
     const TextLine text{line.text.substr(before), line.number,
                         line.at + static_cast<std::uint32_t>(before)};
     if (takeHeader(scanned, text)) return;
-    if (!report_.rate.rate.isSet()) report_.rate = {kDefaultFrameRate, RateSource::kDefault, 0};
     texts_.take(text);
     checkStyle(line, text.text, findings_);
     if (coloredLine_ == 0 && hasColor(text.text)) coloredLine_ = line.number;
@@ -53,23 +56,25 @@ class LineChecker {
 
   /// Whether the line states the rate instead of being a subtitle.
   bool takeHeader(const ScannedLine& line, const TextLine& text) {
-    isLikeHeader_ = false;
-    if (line.textLength >= kHeaderLimit) return false;
     std::string copy(text.text);
-    const HeaderReading reading = readHeader(copy.data());
-    const bool isPlace = line.firstFrame == 1 && line.lastFrame == 1;
-    if (!isPlace || report_.rate.rate.isSet() || !reading.isHeader) {
-      explainNoHeader(isPlace, reading.isHeader, text);
-      return false;
+    const bool wasSet = rate_.rate().isSet();
+    const bool isHeader = rate_.take(line, copy.data()).isHeader;
+    if (!isHeader) explainNoHeader(line, text, !wasSet);
+    if (!wasSet && rate_.rate().isSet()) {
+      report_.rate = {rate_.rate(), isHeader ? RateSource::kHeader : RateSource::kDefault,
+                      isHeader ? text.number : 0};
     }
-    if (reading.rate) report_.rate = {*reading.rate, RateSource::kHeader, text.number};
-    if (!report_.rate.rate.isSet()) add(Kind::kHeaderNothing, text);
-    return true;
+    if (isHeader && !rate_.rate().isSet()) add(Kind::kHeaderNothing, text);
+    return isHeader;
   }
 
   /// Why a line that may be meant as a header is a subtitle.
-  void explainNoHeader(bool isPlace, bool isNumber, const TextLine& text) {
-    const bool isFirst = !report_.rate.rate.isSet();
+  void explainNoHeader(const ScannedLine& line, const TextLine& text, bool isFirst) {
+    isLikeHeader_ = false;
+    if (line.textLength >= kHeaderLimit) return;
+    std::string copy(text.text);
+    const bool isPlace = line.firstFrame == 1 && line.lastFrame == 1;
+    const bool isNumber = readHeader(copy.data()).isHeader;
     if (!isPlace && !(isNumber && isFirst)) return;
     if (!isNumber && text.text.find_first_of("0123456789") == std::string_view::npos) return;
     isLikeHeader_ = true;
@@ -87,7 +92,7 @@ class LineChecker {
   }
 
   void takeSubtitle(const ScannedLine& scanned, const TextLine& line) {
-    const FrameRate rate = report_.rate.rate;
+    const FrameRate rate = rate_.rate();
     const TimedLine timed{line.number, frameToMilliseconds(scanned.firstFrame, rate),
                           frameToMilliseconds(scanned.lastFrame, rate)};
     subtitles_.push_back(timed);
@@ -97,6 +102,7 @@ class LineChecker {
 
   CheckReport& report_;
   Findings& findings_;
+  RateInForce rate_;
   TextCheck texts_;
   std::string copy_;  // of the line, ended by NUL
   std::vector<TimedLine> subtitles_;

@@ -7,8 +7,7 @@
 #include <string_view>
 
 #include "host/text/code_page.h"
-#include "microdvd/lines/frame_rate.h"
-#include "microdvd/lines/line_scan.h"
+#include "microdvd/lines/rate_in_force.h"
 
 namespace Ombe {
 namespace {
@@ -29,21 +28,17 @@ std::string firstLines(const std::string& path, const std::string& codePage) {
   return {};
 }
 
-bool isHeader(const ScannedLine& line) {
-  return line.firstFrame == 1 && line.lastFrame == 1 && line.textLength < kHeaderLimit;
-}
-
 /// Unset where no header line states one.
 FrameRate statedRate(std::string_view text) {
+  RateInForce rate;
   while (!text.empty()) {
     const std::string line(text.substr(0, text.find_first_of("\r\n")));
     text.remove_prefix(std::min(line.size() + 1, text.size()));
     const ScannedLine scanned = scanLine(line.c_str());
     if (scanned.count < 3) continue;
     std::string header(scanned.text, scanned.textLength);
-    const HeaderReading reading = isHeader(scanned) ? readHeader(header.data()) : HeaderReading{};
-    if (!reading.isHeader) break;
-    if (reading.rate && reading.rate->isSet()) return *reading.rate;
+    if (!rate.take(scanned, header.data()).isHeader) break;
+    if (rate.rate().isSet()) return rate.rate();
   }
   return {};
 }

@@ -7,22 +7,12 @@
 
 namespace Ombe {
 
-bool RateFinder::isHeader(std::string_view first, std::string_view last,
-                          std::string_view text) const {
-  if (rate_.isSet() || text.empty() || text.size() >= kHeaderLimit) return false;
-  if (frameOf(first) != 1 || frameOf(last) != 1) return false;
-  std::size_t separator = 0;
-  return classifyHeader(std::string(text).data(), separator) != HeaderClass::kNone;
-}
-
-bool RateFinder::take(std::string_view first, std::string_view last, std::string_view text) {
-  if (isHeader(first, last, text)) {
-    const HeaderReading reading = readHeader(std::string(text).data());
-    if (reading.rate) rate_ = *reading.rate;
-    return true;
-  }
-  if (!text.empty() && !rate_.isSet()) rate_ = kDefaultFrameRate;
-  return false;
+bool takeLine(RateInForce& rate, std::string_view first, std::string_view last,
+              std::string_view text) {
+  if (text.empty()) return false;
+  std::string copy(text);
+  return rate.take({3, frameOf(first), frameOf(last), copy.data(), copy.size()}, copy.data())
+      .isHeader;
 }
 
 std::int32_t frameOf(std::string_view number) {

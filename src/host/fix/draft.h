@@ -7,24 +7,13 @@
 #include <string_view>
 
 #include "host/fix/head.h"
-#include "microdvd/lines/frame_rate.h"
+#include "microdvd/lines/rate_in_force.h"
 
 namespace Ombe {
 
-/// The rate that the plug-in would count a text's times with, found line by line.
-class RateFinder {
- public:
-  /// Whether a line with these numbers and this text is a header where it stands.
-  [[nodiscard]] bool isHeader(std::string_view first, std::string_view last,
-                              std::string_view text) const;
-  /// Takes a line in, header or subtitle, once it is complete. Whether it was a header.
-  bool take(std::string_view first, std::string_view last, std::string_view text);
-
-  [[nodiscard]] FrameRate rate() const { return rate_.isSet() ? rate_ : kDefaultFrameRate; }
-
- private:
-  FrameRate rate_;
-};
+/// Takes a line of these numbers and this text in, once it is complete. Whether it was a header.
+bool takeLine(RateInForce& rate, std::string_view first, std::string_view last,
+              std::string_view text);
 
 /// The number as the plug-in reads it.
 std::int32_t frameOf(std::string_view number);

@@ -24,10 +24,10 @@ std::string withHeader(const std::string& text, FrameRate rate) {
   std::string result = "{1}{1}" + rateText(rate) + "\n";
   const std::size_t end = text.find('\0');  // nothing is read behind it
   const SourceLines source(text.substr(0, end), SourceLines::Controls::kKeep);
-  RateFinder rates;
+  RateInForce rates;
   for (const SourceLine& line : source.lines()) {
     const auto head = readHead(line.text);
-    if (head && rates.take(head->first, head->last, head->text)) continue;
+    if (head && takeLine(rates, head->first, head->last, head->text)) continue;
     result.append(line.text).append("\n");
   }
   if (end == std::string::npos) return result;

@@ -100,7 +100,8 @@ class Mender {
   }
 
   [[nodiscard]] bool isHeader(const Draft& draft) const {
-    return rate_.isHeader(draft.head.first, draft.head.last, draft.wholeText());
+    RateInForce copy = rate_;
+    return takeLine(copy, draft.head.first, draft.head.last, draft.wholeText());
   }
 
   void begin(std::uint64_t line, std::string_view original, const Head& head) {
@@ -122,7 +123,8 @@ class Mender {
     std::string what = mendsText(draft.head.mends);
     if (last.empty() || (draft.endsBeforeStart() && !text.empty())) {
       const char* why = last.empty() ? "has no end: ends now" : "ended before its start: ends now";
-      const FrameRate rate = known_.isSet() ? known_ : rate_.rate();
+      const FrameRate stated = rate_.rate().isSet() ? rate_.rate() : kDefaultFrameRate;
+      const FrameRate rate = known_.isSet() ? known_ : stated;
       last = std::to_string(endFor(frameOf(draft.head.first), next, rate));
       if (!what.empty()) what += ", ";
       what.append(why).append(" at frame ").append(last);
@@ -132,7 +134,7 @@ class Mender {
     } else {
       change(Fate::kMended, draft.line, std::move(what), draft.original);
     }
-    if (!rate_.take(draft.head.first, last, text) && !text.empty()) ++result_.subtitles;
+    if (!takeLine(rate_, draft.head.first, last, text) && !text.empty()) ++result_.subtitles;
     result_.text.append("{").append(draft.head.first).append("}{").append(last).append("}");
     result_.text.append(text).append("\n");
   }
@@ -140,7 +142,7 @@ class Mender {
   const SourceLines& source_;
   const std::vector<SourceLine>& lines_;
   FrameRate known_;
-  RateFinder rate_;  // as the text states it
+  RateInForce rate_;  // as the text states it
   Repair& result_;
   std::deque<std::string> joined_;  // lines put together, which drafts view
   std::optional<Draft> draft_;
@@ -164,7 +166,7 @@ class Keeper {
     result_.text.append(line.text).append("\n");
     const Head head = readHead(line.text).value_or(Head{});
     const char* first = scanLine(line.text.data()).text;
-    if (first != nullptr && !rate_.take(head.first, head.last, head.text)) ++result_.subtitles;
+    if (first != nullptr && !takeLine(rate_, head.first, head.last, head.text)) ++result_.subtitles;
     if (const char* why = flaw(line, head, first != nullptr)) {
       result_.changes.push_back({Fate::kLeft, line.number, why, std::string(line.text)});
     } else {
@@ -195,7 +197,7 @@ class Keeper {
         {Fate::kLeft, line, "holds a NUL byte, behind which nothing is read", {}});
   }
 
-  RateFinder rate_;
+  RateInForce rate_;
   Repair& result_;
 };
 
