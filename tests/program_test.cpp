@@ -22,8 +22,9 @@ TEST(Program, AnswersEveryCommandWithItsExitCode) {
   const std::string acting = "\x1B]0;x\x07\xC2\x9B\u202E\u2066\u200F\u2028";
   const TempFile hostile("{1}{2}{f:" + acting + "}" + acting + "\n", acting + "\n.sub");
   const std::string names = "FOREIGN='" + foreign.path() +
-                            "' MPL2='" OMBE_MPL2 "' NO_PLUGIN='" OMBE_CORE "' ACTING='" + acting +
-                            "' HOSTILE='" + hostile.path() + "'; " + kCompletes + "ombe ";
+                            "' MPL2='" OMBE_MPL2 "' NO_PLUGIN='" OMBE_CORE
+                            "' THROWING='" OMBE_THROWING "' ACTING='" +
+                            acting + "' HOSTILE='" + hostile.path() + "'; " + kCompletes + "ombe ";
   for (auto& row : readNamedTable("program.txt")) {
     const std::string& arguments = row["arguments"];
     SCOPED_TRACE(arguments);

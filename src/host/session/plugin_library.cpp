@@ -10,11 +10,20 @@ namespace Ombe {
 namespace {
 
 /// One at a time, so that whoever loads a binary that another thread loads finds it initialised.
-/// The loader sees to that as well, but no tool that looks for races knows.
+/// The loader sees to that as well, but no tool that looks for races knows. What a binary's static
+/// data throws leaves it half made with the loader's lock held, so that nothing is loaded after it.
 void* load(const std::string& path) {
   static std::mutex loading;
+  static bool isBroken = false;
   const std::lock_guard lock(loading);
-  return ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  // Its declaration says that it throws nothing, and the compiler would believe that.
+  void* (*volatile open)(const char*, int) = ::dlopen;
+  try {
+    if (!isBroken) return open(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  } catch (...) {
+    isBroken = true;
+  }
+  throw Failure(Step::kLoad, "cannot load the plug-in: its static data threw");
 }
 
 }  // namespace
