@@ -56,18 +56,22 @@ std::string textOf(std::string bytes, const Answer& answer, Findings& findings) 
 void explain(const std::string& path, const Answer& answer, const SessionOptions& options,
              CheckReport& report) {
   Findings& findings = report.findings;
-  if (!answer.reason.empty()) return findings.add({Kind::kFailure}, answer.reason);
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(path.c_str(), error);
+  const bool isTooLarge = !error && size > kLargestFile && answer.isMicroDVD;
+  if (!answer.reason.empty() && !isTooLarge) {
+    return findings.add({Kind::kFailure}, answer.reason);
+  }
   if (!answer.isMicroDVD) {
     if (answer.failed) findings.add({Kind::kOtherPlugin});
     return;
   }
   if (!hasSubtitleName(path)) findings.add({Kind::kExtension});
   const bool isRecognised = answer.failed != Step::kProbe;
-  const std::uintmax_t size = std::filesystem::file_size(path);
-  if (size > kLargestFile) findings.add({Kind::kSize});
+  if (isTooLarge) findings.add({Kind::kSize});
   if (!isRecognised) {
     explainUnrecognised(readBytes(path, kLargestUnrecognised), answer, findings);
-  } else if (size <= kLargestFile) {
+  } else if (!isTooLarge) {
     std::string bytes = readBytes(path, size);
     if (answer.failed && !answer.hasSignature && isWide(bytes)) findings.add({Kind::kWide});
     findings.setText(textOf(std::move(bytes), answer, findings));

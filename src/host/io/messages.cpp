@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "host/io/log_records.h"
 #include "host/text/visible_text.h"
 #include "ombe_core/logger.h"
 
@@ -32,6 +33,6 @@ void reportError(std::string_view message, std::string_view advice) {
   writeLine(line);
 }
 
-void logToStandardError() { Logger::instance().setSink(writeRecord); }
+void logToStandardError() { showLogRecords(writeRecord); }
 
 }  // namespace Ombe

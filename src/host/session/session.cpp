@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "host/io/failure.h"
+#include "host/io/log_records.h"
 #include "host/session/source.h"
 #include "host/text/code_page.h"
 #include "ombe_core/media_source.h"
@@ -45,7 +46,8 @@ Session::~Session() {
 
 bool Session::probe(const std::string& file) {
   check(file);
-  return container_->probe(MediaSource(toByteString(sourceUri(file))), 0, 0, nullptr);
+  return ask(file,
+             [&](const MediaSource& source) { return container_->probe(source, 0, 0, nullptr); });
 }
 
 void Session::open(const std::string& file) {
@@ -53,7 +55,7 @@ void Session::open(const std::string& file) {
     throw Failure(file, Step::kProbe,
                   "not recognised: its first line does not read {first}{last}text");
   }
-  if (container_->open(MediaSource(toByteString(sourceUri(file)))) != kSuccess) {
+  if (!ask(file, [&](const MediaSource& source) { return container_->open(source) == kSuccess; })) {
     throw Failure(
         file, Step::kOpen,
         "could not be opened: its name must end in .sub or .txt, and every line must read "
@@ -62,6 +64,20 @@ void Session::open(const std::string& file) {
   opened_ = true;
   file_ = file;
   activate();
+}
+
+/// Whether the plug-in says yes. A no is asked for again: its log tells what it could not read from
+/// what it read and refuses, and only the log does, but it costs time to write.
+template <typename Question>
+bool Session::ask(const std::string& file, const Question& question) {
+  const MediaSource source(toByteString(sourceUri(file)));
+  if (question(source)) return true;
+  const FailedReads failed;
+  if (question(source)) return true;  // it could not be read a moment ago
+  if (failed.last().empty()) return false;
+  const std::string trouble = readTrouble(file, failed.last());
+  if (trouble.empty()) return false;
+  throw Failure(file, Step::kRead, "cannot be read: " + trouble);
 }
 
 void Session::activate() {

@@ -40,7 +40,8 @@ class Session {
   ~Session();
 
   /// Whether the plug-in recognises the file. Throws Failure when there is nothing to ask it: the
-  /// file cannot be read, its path cannot be written as a URI, the code page is unknown.
+  /// file cannot be read, also by the plug-in as its log has it, its path cannot be written as a
+  /// URI, the code page is unknown.
   bool probe(const std::string& file);
 
   /// Probes, opens and activates, and gives the selected stream the clock. At most once. Throws
@@ -64,6 +65,8 @@ class Session {
 
  private:
   void check(const std::string& file) const;
+  template <typename Question>
+  bool ask(const std::string& file, const Question& question);
   void activate();
 
   SessionOptions options_;
