@@ -24,12 +24,12 @@ room(host/writers host/session host/text host/io engine)
 room(host/play host/session host/text host/io engine)
 room(host/check host/session host/text host/io microdvd/lines text engine)
 room(host/fix host/check host/session host/text host/io microdvd/lines engine)
+room(host/validate host/session host/text host/io engine)
 room(host/export host/writers host/session host/text host/io host/check/check.h
   host/check/findings.h host/cli/exit_code.h engine)
 room(host/cli host/session host/text host/io engine)
-room(host/commands host/cli host/export host/fix host/check host/play host/writers host/session
-  host/text
-  host/io engine)
+room(host/commands host/cli host/export host/fix host/check host/play host/validate
+  host/writers host/session host/text host/io engine)
 room(host host/cli host/io)
 room(gst host/session host/text host/io host/check microdvd/lines engine)
 

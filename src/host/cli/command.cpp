@@ -16,6 +16,7 @@ std::vector<Command> allCommands() {
       checkCommand(),
       fixCommand(),
       inspectCommand(),
+      validateCommand(),
       completionCommand(),
       manCommand(),
   };

@@ -61,6 +61,7 @@ Command playCommand();
 Command checkCommand();
 Command fixCommand();
 Command inspectCommand();
+Command validateCommand();
 Command completionCommand();
 Command manCommand();
 

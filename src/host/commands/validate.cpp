@@ -1,0 +1,141 @@
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "host/cli/common_options.h"
+#include "host/io/color_choice.h"
+#include "host/io/failure.h"
+#include "host/io/json_output.h"
+#include "host/io/messages.h"
+#include "host/io/output_file.h"
+#include "host/session/source.h"
+#include "host/validate/validation.h"
+
+namespace Ombe {
+namespace {
+
+struct ValidateOptions {
+  std::string plugin;
+  std::string pluginFolder = pluginsBesideProgram();
+  std::string junit;
+  bool isList = false;
+  bool json = false;
+  ColorMode color = ColorMode::kAuto;
+  ValidationOptions validation;
+};
+
+ExitCode list(bool isJson) {
+  Json checks = Json::array();
+  OutputFile output("-");
+  for (const ContractCheck& check : allContractChecks()) {
+    if (isJson) checks.push_back(toJson(check));
+    if (!isJson) output.buffer() += fmt::format("{:<32}{}\n", check.name, check.expected);
+  }
+  if (isJson) {
+    writeJson({{"version", kJsonVersion}, {"checks", std::move(checks)}});
+  } else {
+    output.commit();
+  }
+  return ExitCode::kDone;
+}
+
+ExitCode codeOf(const Validation& validation) {
+  if (!validation.isLoadable) return ExitCode::kNoPlugin;
+  return validation.count(Outcome::kFailed) == 0 ? ExitCode::kDone : ExitCode::kRefused;
+}
+
+Validation validateAsText(const ValidateOptions& options) {
+  const bool colored = wantsColor(options.color, STDOUT_FILENO);
+  Validation validation = validate(options.validation, [&](const Judgement& judgement) {
+    OutputFile output("-", OutputFile::Text::kVisible);
+    writeText(judgement, colored, output);
+    output.commit();
+  });
+  OutputFile output("-", OutputFile::Text::kVisible);
+  writeSummary(validation, output);
+  output.commit();
+  return validation;
+}
+
+Validation validateAsJson(const ValidateOptions& options) {
+  Validation validation;
+  withJson(true, [&](Json& document) {
+    validation = validate(options.validation, [](const Judgement& /*judgement*/) {});
+    document["validation"] = toJson(validation);
+  });
+  return validation;
+}
+
+ExitCode run(ValidateOptions& options) {
+  if (options.isList) return list(options.json);
+  const std::vector<std::string> unknown = unknownNames(options.validation.only);
+  if (!unknown.empty()) {
+    reportError("--only: no check or group '" + unknown.front() + "'", "--list names them.");
+    return ExitCode::kWrongUsage;
+  }
+  options.validation.subject.plugin = findPlugin(options.plugin, options.pluginFolder);
+  for (std::string& sample : options.validation.subject.samples) {
+    requireReadable(sample);
+    sample = std::filesystem::absolute(sample).string();
+  }
+  const Validation validation = options.json ? validateAsJson(options) : validateAsText(options);
+  if (!options.junit.empty()) {
+    OutputFile output(options.junit);
+    output.buffer() += junitXml(validation);
+    output.commit();
+  }
+  return codeOf(validation);
+}
+
+std::vector<Option> optionsOf(ValidateOptions& options) {
+  ValidationOptions& validation = options.validation;
+  return {{.names = {"PLUGIN"},
+           .purpose = "Plug-in, or folder that it is in",
+           .takesFile = true,
+           .set = into(options.plugin)},
+          {.names = {"--sample"},
+           .value = "FILE",
+           .purpose = "File of the plug-in's format, for the checks that play one; may be repeated",
+           .takesFile = true,
+           .isRepeated = true,
+           .set = into(validation.subject.samples)},
+          {.names = {"--only"},
+           .value = "NAME",
+           .purpose = "Ask this check, or this group of checks; may be repeated",
+           .isRepeated = true,
+           .set = into(validation.only)},
+          {.names = {"--list"}, .purpose = "Write what is asked", .set = into(options.isList)},
+          {.names = {"--timeout"},
+           .value = "SECONDS",
+           .purpose = "How long a check may take",
+           .range = {{1, 3600}},
+           .initial = std::to_string(validation.limitSeconds),
+           .set = into(validation.limitSeconds)},
+          {.names = {"--loud"},
+           .purpose = "Let the plug-in write to standard error",
+           .set = into(validation.isLoud)},
+          {.names = {"--junit"},
+           .value = "FILE",
+           .purpose = "Write a report for build servers, too",
+           .takesFile = true,
+           .set = into(options.junit)},
+          jsonOption(options.json),
+          colorOption(options.color)};
+}
+
+}  // namespace
+
+Command validateCommand() {
+  const auto options = std::make_shared<ValidateOptions>();
+  return {.name = "validate",
+          .purpose = "Ask a plug-in of any format whether it keeps the engine's contract",
+          .footer =
+              "Example: ombe validate ./mine.so --sample film.sub\n"
+              "Each check runs in a process of its own, so a crash or a hang fails one check.",
+          .options = optionsOf(*options),
+          .run = [options] { return run(*options); }};
+}
+
+}  // namespace Ombe

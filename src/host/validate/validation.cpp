@@ -1,0 +1,72 @@
+#include "host/validate/validation.h"
+
+#include <algorithm>
+
+#include "host/validate/watched_engine.h"
+
+namespace Ombe {
+namespace {
+
+/// Without these no other can be asked.
+constexpr std::string_view kFirst[] = {"loading.loads", "loading.entry-point", "loading.component"};
+
+bool isFirst(const ContractCheck& check) {
+  return std::find(std::begin(kFirst), std::end(kFirst), check.name) != std::end(kFirst);
+}
+
+bool isNamed(const ContractCheck& check, const std::string& name) {
+  return name == check.name || name == check.group();
+}
+
+bool isChosen(const ContractCheck& check, const std::vector<std::string>& only) {
+  return only.empty() || std::any_of(only.begin(), only.end(),
+                                     [&](const std::string& name) { return isNamed(check, name); });
+}
+
+/// What the process that asks needs to know.
+struct Question {
+  const Subject& subject;
+  const ContractCheck& check;
+};
+
+void ask(const void* argument) {
+  const auto& [subject, check] = *static_cast<const Question*>(argument);
+  askOf(subject, check);
+}
+
+}  // namespace
+
+std::size_t Validation::count(Outcome outcome) const {
+  return static_cast<std::size_t>(std::count_if(
+      judgements.begin(), judgements.end(),
+      [&](const Judgement& judgement) { return judgement.verdict.outcome == outcome; }));
+}
+
+std::vector<std::string> unknownNames(const std::vector<std::string>& names) {
+  const std::vector<ContractCheck> all = allContractChecks();
+  std::vector<std::string> unknown;
+  std::copy_if(names.begin(), names.end(), std::back_inserter(unknown), [&](const auto& name) {
+    return std::none_of(all.begin(), all.end(),
+                        [&](const ContractCheck& check) { return isNamed(check, name); });
+  });
+  return unknown;
+}
+
+Validation validate(const ValidationOptions& options,
+                    const std::function<void(const Judgement&)>& take) {
+  Validation validation{options.subject};
+  for (const ContractCheck& check : allContractChecks()) {
+    const bool isWanted = isChosen(check, options.only);
+    if (!isWanted && !isFirst(check)) continue;
+    const Question question{options.subject, check};
+    const Judgement judgement{check, judge(ask, &question, options.limitSeconds, options.isLoud)};
+    validation.isLoadable = !isFirst(check) || judgement.verdict.outcome == Outcome::kPassed;
+    if (!isWanted && validation.isLoadable) continue;
+    validation.judgements.push_back(judgement);
+    take(judgement);
+    if (!validation.isLoadable) break;
+  }
+  return validation;
+}
+
+}  // namespace Ombe

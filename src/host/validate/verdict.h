@@ -1,0 +1,65 @@
+// What became of a check, and how the process that asks says so.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "ombe_core/status.h"
+
+namespace Ombe {
+
+enum class Outcome : char {
+  kPassed = 'p',
+  kFailed = 'f',
+  kNotOffered = 'n',   ///< the plug-in offers no such interface
+  kNeedsSample = 's',  ///< there is no file to ask it with
+};
+
+struct Verdict {
+  Outcome outcome = Outcome::kPassed;
+  std::string came;  ///< what came instead, or why nothing was asked
+};
+
+/// Runs `ask` in a process of its own, which starts with one thread, no standard streams (unless
+/// `isLoud` leaves it standard error) and a group of its own. One that does not end within the
+/// limit is ended with its group, and has failed, as has one that crashes. Call it while this
+/// process has one thread. Throws Failure when no process can be made.
+Verdict judge(void (*ask)(const void* argument), const void* argument, int limitSeconds,
+              bool isLoud);
+
+/// Ends the process that asks, without unwinding through a plug-in that may be broken. Any thread;
+/// the first one counts.
+[[noreturn]] void report(Outcome outcome, std::string_view came);
+
+/// Where the process that asks is; stands before what came. One thread.
+void setPlace(std::string place);
+
+inline void expect(bool holds, std::string_view came) {
+  if (!holds) report(Outcome::kFailed, came);
+}
+
+std::string valueText(long long value);
+std::string valueText(unsigned long long value);
+std::string valueText(std::string_view value);
+inline std::string valueText(bool value) { return value ? "true" : "false"; }
+inline std::string valueText(const char* value) { return valueText(std::string_view(value)); }
+inline std::string valueText(const std::string& value) {
+  return valueText(std::string_view(value));
+}
+inline std::string valueText(int value) {
+  return value == kGeneralFailure ? "0x80100001" : valueText(static_cast<long long>(value));
+}
+inline std::string valueText(unsigned value) {
+  return valueText(static_cast<unsigned long long>(value));
+}
+
+/// `asked` names the operation, with what it was asked.
+template <typename Expected, typename Came>
+void expectSame(std::string_view asked, const Expected& expected, const Came& came) {
+  if (came == expected) return;
+  report(Outcome::kFailed,
+         std::string(asked) + " gave " + valueText(came) + " instead of " + valueText(expected));
+}
+
+}  // namespace Ombe

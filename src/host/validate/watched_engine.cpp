@@ -1,0 +1,115 @@
+#include "host/validate/watched_engine.h"
+
+#include <filesystem>
+#include <utility>
+
+#include "host/session/chunk.h"
+#include "host/session/source.h"
+#include "host/validate/verdict.h"
+
+namespace Ombe {
+
+WatchedEngine::WatchedEngine(const Subject& subject, Attach attach)
+    : library(subject.plugin), plugin(library.create(context)) {
+  container_ = findInterface<ContainerInterface>(*plugin, kContainerInterfaceId);
+  control_ = findInterface<SubtitleControlInterface>(*plugin, kSubtitleControlInterfaceId);
+  if (attach == Attach::kNow) this->attach();
+}
+
+WatchedEngine::~WatchedEngine() {
+  if (!isLetGo && container_ != nullptr) container_->deactivate(false);
+}
+
+ContainerInterface& WatchedEngine::container() const {
+  if (container_ == nullptr) report(Outcome::kNotOffered, "it has no container");
+  return *container_;
+}
+
+SubtitleControlInterface& WatchedEngine::control() const {
+  if (control_ == nullptr) report(Outcome::kNotOffered, "it takes no subtitle controller");
+  return *control_;
+}
+
+void WatchedEngine::attach() {
+  container().attach(&host, kContainerUID);
+  if (control_ != nullptr) control_->setSubtitleController(&controller);
+}
+
+bool WatchedEngine::probe(const std::string& uri, FormatRequirementList* missing) {
+  return container().probe(MediaSource(toByteString(uri)), 1, 2, missing);
+}
+
+Status WatchedEngine::open(const std::string& uri) {
+  return container().open(MediaSource(toByteString(uri)));
+}
+
+Status WatchedEngine::activate() {
+  const UIDList programs = container().getProgramUIDs();
+  return programs.head() == nullptr ? kGeneralFailure
+                                    : container().activateProgram(programs.head()->value);
+}
+
+StreamInterface& WatchedEngine::play(const std::string& sample) {
+  const std::string uri = sourceUri(sample);
+  expectSame("probe", true, probe(uri));
+  expectSame("open", kSuccess, open(uri));
+  expectSame("activateProgram", kSuccess, activate());
+  const auto selected = host.streams.find(host.selected);
+  expect(selected != host.streams.end(), "activateProgram selected no stream that is announced");
+  clock.set(PlaybackClock::kEnd);
+  expectSame("setTimeSource", kSuccess, selected->second->setTimeSource(&clock));
+  return *selected->second;
+}
+
+namespace {
+
+void askPlaying(const Subject& subject, void (*ask)(Playing&)) {
+  if (subject.samples.empty()) {
+    const WatchedEngine engine(subject);  // reports when there is nothing to play with
+    report(Outcome::kNeedsSample, "name a file of its format with --sample");
+  }
+  for (const std::string& sample : subject.samples) {
+    setPlace(std::filesystem::path(sample).filename().string() + ": ");
+    WatchedEngine engine(subject);
+    Playing playing{engine, engine.play(sample), sample};
+    ask(playing);
+  }
+}
+
+}  // namespace
+
+void askOf(const Subject& subject, const ContractCheck& check) {
+  if (const auto* ofBinary = std::get_if<void (*)(const Subject&)>(&check.ask)) {
+    (*ofBinary)(subject);
+  } else if (const auto* ofComponent = std::get_if<void (*)(WatchedEngine&)>(&check.ask)) {
+    WatchedEngine engine(subject);
+    (*ofComponent)(engine);
+  } else {
+    askPlaying(subject, std::get<void (*)(Playing&)>(check.ask));
+  }
+}
+
+std::string readOne(StreamInterface& stream) {
+  static char stale = 0;
+  auto* delivered = reinterpret_cast<MediaChunk*>(&stale);  // every answer overwrites it
+  const Status status = stream.readStream(&delivered);
+  expect(static_cast<void*>(delivered) != &stale, "readStream left its output as it was");
+  if (delivered == nullptr) {
+    return status == kSuccess ? "end" : status == kNothingDue ? "wait" : valueText(status);
+  }
+  const Chunk chunk(delivered);
+  expectSame("readStream with a chunk", kSuccess, status);
+  return std::to_string(chunk.timestamp()) + "+" + std::to_string(chunk.duration()) + " " +
+         std::string(chunk.text());
+}
+
+std::vector<std::string> readAll(StreamInterface& stream) {
+  std::vector<std::string> all;
+  for (std::string one = readOne(stream); one != "end"; one = readOne(stream)) {
+    expect(one.find(' ') != std::string::npos, "a read with the clock at its end gave " + one);
+    all.push_back(std::move(one));
+  }
+  return all;
+}
+
+}  // namespace Ombe

@@ -1,0 +1,142 @@
+#include "host/validate/watched_objects.h"
+
+#include <utility>
+
+namespace Ombe {
+namespace {
+
+std::string pathOf(const Setting& setting) {
+  return std::string(view(setting.group())) + "/" + std::string(view(setting.name()));
+}
+
+void requireSubtitles(CallRecord& record, const Setting& setting) {
+  if (setting.mediaType() != MediaType::kSubtitle) {
+    record.addFoul("setting " + pathOf(setting) + " of media type " +
+                   std::to_string(static_cast<int>(setting.mediaType())));
+  }
+}
+
+}  // namespace
+
+void CallRecord::add(const std::string& call) {
+  const std::lock_guard lock(mutex_);
+  calls_.push_back(call);
+}
+
+void CallRecord::addFoul(const std::string& call) {
+  const std::lock_guard lock(mutex_);
+  if (foul_.empty()) foul_ = call;
+}
+
+std::vector<std::string> CallRecord::take() {
+  const std::lock_guard lock(mutex_);
+  return std::exchange(calls_, {});
+}
+
+std::string CallRecord::foul() const {
+  const std::lock_guard lock(mutex_);
+  return foul_;
+}
+
+bool WatchedContext::supportsFormat(String formatName) {
+  record_.add("supportsFormat " + std::string(view(formatName)));
+  return showsFormats;
+}
+
+bool WatchedController::getValue(const Setting& setting, SettingValue& out) {
+  requireSubtitles(record_, setting);
+  record_.add("getValue " + pathOf(setting));
+  return real_.getValue(setting, out);
+}
+
+void WatchedController::setValue(const Setting& setting, const SettingValue& value) {
+  requireSubtitles(record_, setting);
+  record_.add("setValue " + pathOf(setting));
+  real_.setValue(setting, value);
+}
+
+bool WatchedController::registerConsumer(SettingConsumer* consumer) {
+  record_.add("registerConsumer");
+  if (consumer == nullptr) record_.addFoul("registerConsumer without a consumer");
+  consumers.insert(consumer);
+  return real_.registerConsumer(consumer);
+}
+
+bool WatchedController::unregisterConsumer(SettingConsumer* consumer) {
+  if (leaving) leaving();
+  record_.add("unregisterConsumer");
+  consumers.erase(consumer);
+  return real_.unregisterConsumer(consumer);
+}
+
+void WatchedHost::called(const std::string& call) {
+  record_.add(call);
+  if (const auto act = comingBack) act(call);  // a copy, since it may disarm itself
+}
+
+bool WatchedHost::getValue(const Setting& setting, SettingValue& out) {
+  const bool isThere = controller_.getValue(setting, out);
+  if (const auto act = comingBack) act("getValue");
+  return isThere;
+}
+
+void WatchedHost::setValue(const Setting& setting, const SettingValue& value) {
+  controller_.setValue(setting, value);
+  if (const auto act = comingBack) act("setValue");
+}
+
+UID WatchedHost::newUID() {
+  static std::atomic<UID> next{UID{1} << 33};
+  const UID uid = next++;
+  {
+    const std::lock_guard lock(mutex_);
+    given_.insert(uid);
+  }
+  called("newUID");
+  return uid;
+}
+
+String WatchedHost::preferredLanguage() {
+  called("preferredLanguage");
+  return language.c_str();
+}
+
+double WatchedHost::getTimeOffset() {
+  called("getTimeOffset");
+  return offset;
+}
+
+Status WatchedHost::announceStream(StreamInterface* stream) {
+  if (stream == nullptr) return record_.addFoul("announceStream without a stream"), kGeneralFailure;
+  const UID uid = stream->streamUID();
+  {
+    const std::lock_guard lock(mutex_);
+    if (!given_.contains(uid)) record_.addFoul("announceStream with a UID that is not the host's");
+  }
+  std::unique_ptr<StreamInterface>& owner = streams[uid];
+  if (owner != nullptr && owner.get() != stream) record_.addFoul("announceStream of a UID in use");
+  if (owner.get() != stream) owner.reset(stream);
+  called("announceStream " + std::to_string(uid));
+  return kGeneralFailure;  // plug-ins ignore it
+}
+
+Status WatchedHost::withdrawStream(UID uid) {
+  auto stream = streams.extract(uid);
+  if (stream.empty()) {
+    record_.addFoul("withdrawStream of a stream that is not announced");
+  } else if (keepsWithdrawn) {
+    withdrawn.push_back(std::move(stream.mapped()));
+  }
+  called("withdrawStream " + std::to_string(uid));
+  return kGeneralFailure;
+}
+
+Status WatchedHost::selectStream(UID uid, std::int32_t flag) {
+  if (!streams.contains(uid)) record_.addFoul("selectStream of a stream that is not announced");
+  if (flag != 1) record_.addFoul("selectStream with the flag " + std::to_string(flag));
+  selected = uid;
+  called("selectStream " + std::to_string(uid));
+  return kGeneralFailure;
+}
+
+}  // namespace Ombe
