@@ -23,11 +23,11 @@ namespace Ombe {
 /// supplies detection, opening, media types and the stream's text format; the format's source file
 /// includes stream/text_format.ipp and instantiates the template.
 ///
-/// `mutex` serialises opening, activation, release, changes of rate and all stream operations;
-/// being recursive, it may be taken again by what they call. A store that is written to by one
-/// component may tell another one on the spot, so a notification takes it only for a setting that
-/// no plug-in writes. `codePageMutex` guards `codePageName` alone, and nothing is called while it
-/// is held. Host and controller are never owned.
+/// `mutex` serialises opening, activation, release, changes of rate and the stream operations that
+/// read or move the position; being recursive, it may be taken again by what they call. A store
+/// that is written to by one component may tell another one on the spot, so a notification takes it
+/// only for a setting that no plug-in writes. `codePageMutex` guards `codePageName` alone, and
+/// nothing is called while it is held. Host and controller are never owned.
 template <typename Format>
 class SubtitleParserTemplate : public ContainerInterface,
                                public SubtitleControlInterface,
@@ -55,7 +55,7 @@ class SubtitleParserTemplate : public ContainerInterface,
   /// Slot 23.
   void settingChanged(const Setting& setting, const SettingValue* value) override;
   /// Slot 24. Converts one entry's text to UTF-8. False, with `out` untouched, when it is UTF-8
-  /// already or cannot be converted. The caller holds `mutex`.
+  /// already or cannot be converted. Needs no lock.
   virtual bool convertEntryText(const unsigned char* bytes, std::uint32_t length, ByteString& out);
 
  protected:

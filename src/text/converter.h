@@ -14,7 +14,8 @@ namespace Ombe {
 /// True with a block from array new in `*buffer`, which the caller frees with delete[]; it holds
 /// `*units` units and a terminating 0. What cannot be converted is replaced or ends the result, as
 /// the converter has it. False when an argument is missing, empty or 0 (outputs untouched), and,
-/// with null and 0 in the outputs, when there is no such converter or memory is short.
+/// with null and 0 in the outputs, when there is no such converter or memory is short. Throws
+/// std::bad_alloc when the library cannot be bound for want of memory.
 bool toUtf16(const char* name, const unsigned char* bytes, std::uint32_t length, char16_t** buffer,
              std::size_t* units);
 bool fromUtf16(const char* name, const char16_t* units, std::size_t count, char** buffer,

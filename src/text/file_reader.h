@@ -16,7 +16,7 @@ inline constexpr std::uint32_t kWholeFile = 0xFFFFFFFF;
 /// encoding signature. With a store, "CodePage"/"Autodetected" tells whether there was one, and
 /// "CodePage"/"Name" is set to its code page; without a signature the name stays as it was. A
 /// failure is logged, answers false, and leaves `out` and the settings alone. Any thread. Throws
-/// std::bad_alloc and what the store throws.
+/// std::bad_alloc and what the store or the log sink throws.
 bool readFile(SettingStore* store, const ByteString& path, ByteString& out, std::uint32_t limit);
 
 /// As readFile, with the bytes decoded to UTF-8 (see decodeText). False, `out` unchanged, also when

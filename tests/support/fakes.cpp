@@ -44,7 +44,7 @@ std::string FakeSettings::text(const char* group, const char* key) const {
 
 bool FakeHost::query(const char* call, const Setting& setting, SettingValue& out) {
   const FaultPause pause;
-  if (logsQueries) calls.add(call + pathOf(setting));
+  told(call + pathOf(setting), logsQueries);
   return settings.get(setting, out);
 }
 
@@ -55,7 +55,7 @@ Status FakeHost::announceStream(StreamInterface* stream) {
   auto& owner = streams[uid];
   EXPECT_TRUE(owner == nullptr || owner.get() == stream) << "two streams under " << uid;
   if (owner.get() != stream) owner.reset(stream);
-  streamCall("announce " + std::to_string(uid));
+  told("announce " + std::to_string(uid));
   return kGeneralFailure;  // plug-ins ignore it
 }
 
@@ -64,20 +64,20 @@ Status FakeHost::withdrawStream(UID uid) {
   auto stream = streams.extract(uid);
   EXPECT_FALSE(stream.empty()) << "withdrew a stream that the host does not own";
   if (keepsWithdrawn && !stream.empty()) withdrawn.push_back(std::move(stream.mapped()));
-  streamCall("withdraw " + std::to_string(uid));
+  told("withdraw " + std::to_string(uid));
   return kGeneralFailure;
 }
 
 Status FakeHost::selectStream(UID uid, std::int32_t flag) {
   const FaultPause pause;
   EXPECT_TRUE(streams.contains(uid)) << "selected a stream that was not announced";
-  streamCall("select " + std::to_string(uid) + " " + std::to_string(flag));
+  told("select " + std::to_string(uid) + " " + std::to_string(flag));
   return kGeneralFailure;
 }
 
 bool FakeController::enlist(const char* call, SettingConsumer* consumer, std::size_t times) {
   const FaultPause pause;
-  calls.add(call);
+  host_.told(call);
   const std::lock_guard lock(mutex_);
   std::erase(consumers, consumer);
   consumers.insert(consumers.end(), times, consumer);

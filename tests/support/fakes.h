@@ -81,10 +81,12 @@ struct FakeContext : Ombe::PluginContext {
   bool supportsFormat(Ombe::String formatName) override {
     const FaultPause pause;
     asked.emplace_back(view(formatName));
+    if (callBack) callBack();
     return answer;
   }
   bool answer = true;
   std::vector<std::string> asked;
+  std::function<void()> callBack;
 };
 
 /// Owns announced streams until they are withdrawn. Fails the test on a call that has no place: on
@@ -99,24 +101,23 @@ class FakeHost : public Ombe::ContainerHost {
   void setValue(const Ombe::Setting& setting, const Ombe::SettingValue& value) override {
     const FaultPause pause;
     settings.set(setting, value);
-    calls.add("setValue " + pathOf(setting));
+    told("setValue " + pathOf(setting));
     if (stored) stored(setting, value);
   }
   Ombe::UID newUID() override {
     const FaultPause pause;
-    calls.add("newUID");
+    told("newUID");
     given_.insert(nextUID);
     return nextUID++;
   }
   Ombe::String preferredLanguage() override {
     const FaultPause pause;
-    calls.add("preferredLanguage");
+    told("preferredLanguage");
     return {language.c_str(), static_cast<std::uint32_t>(language.size()), *languageAllocator};
   }
   double getTimeOffset() override {
     const FaultPause pause;
-    if (logsQueries) calls.add("getTimeOffset");
-    if (const auto act = std::exchange(askedForOffset, nullptr)) act();
+    told("getTimeOffset", logsQueries);
     return offset;
   }
   Ombe::Status announceStream(Ombe::StreamInterface* stream) override;
@@ -128,6 +129,12 @@ class FakeHost : public Ombe::ContainerHost {
   OMBE_RESERVED(17) OMBE_RESERVED(18) OMBE_RESERVED(19) OMBE_RESERVED(20) OMBE_RESERVED(21)
   // clang-format on
 
+  /// Of a call on the host or its controller.
+  void told(const std::string& call, bool isLogged = true) {
+    if (isLogged) calls.add(call);
+    if (const auto act = callBack) act(call);  // a copy, since it may disarm itself
+  }
+
   FakeSettings settings;
   CallLog calls;
   double offset = 0;
@@ -138,25 +145,19 @@ class FakeHost : public Ombe::ContainerHost {
       &Ombe::StandardAllocator<char>::defaultInstance();
   std::function<void(const Ombe::Setting&, const Ombe::SettingValue&)> stored;
   std::map<Ombe::UID, std::unique_ptr<Ombe::StreamInterface>> streams;
-  std::function<void()> askedForOffset;  // once
   bool keepsWithdrawn = false;
   std::vector<std::unique_ptr<Ombe::StreamInterface>> withdrawn;
-  std::function<void(const std::string& call)> callBack;  // from within each call about a stream
+  std::function<void(const std::string& call)> callBack;  // from within each call
 
  private:
-  void streamCall(const std::string& call) {
-    calls.add(call);
-    if (const auto act = callBack) act(call);  // a copy, since it may disarm itself
-  }
-
   std::set<Ombe::UID> given_;
 };
 
-/// Shares the host's settings; `change` stores and then tells the consumers, without its lock. Any
-/// thread.
+/// Shares the host's settings and log of calls; `change` stores and then tells the consumers,
+/// without its lock. Any thread.
 class FakeController : public Ombe::SubtitleController {
  public:
-  explicit FakeController(FakeHost& host) : calls(host.calls), host_(host) {}
+  explicit FakeController(FakeHost& host) : host_(host) {}
   ~FakeController() override { EXPECT_TRUE(consumers.empty()) << "was never deregistered"; }
   bool getValue(const Ombe::Setting& setting, Ombe::SettingValue& out) override {
     return host_.query("controller getValue ", setting, out);
@@ -173,7 +174,6 @@ class FakeController : public Ombe::SubtitleController {
   // clang-format on
 #undef OMBE_RESERVED
   bool unregisterConsumer(Ombe::SettingConsumer* consumer) override {
-    if (leaving) leaving();
     return enlist("unregister", consumer, 0);
   }
 
@@ -191,9 +191,7 @@ class FakeController : public Ombe::SubtitleController {
     change("CodePage", "Name", &value);
   }
 
-  CallLog& calls;  // the host's: the order among both counts
   std::vector<Ombe::SettingConsumer*> consumers;
-  std::function<void()> leaving;  // from within each deregistration
 
  private:
   bool enlist(const char* call, Ombe::SettingConsumer* consumer, std::size_t times);
@@ -203,8 +201,12 @@ class FakeController : public Ombe::SubtitleController {
 };
 
 struct FakeClock : Ombe::TimeSource {
-  std::int32_t currentTime() override { return now; }
+  std::int32_t currentTime() override {
+    if (callBack) callBack();
+    return now;
+  }
   std::atomic<std::int32_t> now{0};
+  std::function<void()> callBack;
 };
 
 /// The built plug-in's, which stays loaded, as it does in the engine.

@@ -21,8 +21,14 @@ inline constexpr char kContainerInterfaceId[] = "com.kelm.streamengine.interface
 /// Called on the engine's calling thread. `open`, `activateProgram`, the release by `deactivate`
 /// and a change of the frame rate exclude each other and the operations of the container's streams,
 /// and a change of the code page waits for none of them, so these may also come from other threads.
-/// The queries may do so only while no thread is inside `open` or `activateProgram`. The last
-/// `release` of the component never comes from within one of its calls.
+/// The queries may do so only while no thread is inside `open` or `activateProgram`, and the first
+/// `getProgramUIDs` not at all. Whatever needs memory leaves by std::bad_alloc when there is none.
+///
+/// From within a call that the component makes on its host, controller, context or clock or on the
+/// log sink, the same thread may call the component and its streams, also where this leads to the
+/// same call again, except for `attach`, `setSubtitleController`, the last `release` and what that
+/// call forbids. It may deactivate there only when its controller's `unregisterConsumer` does not
+/// wait for notifications under way, one of which may wait for this thread.
 class OMBE_API ContainerInterface {
  public:
   ContainerInterface() = default;
@@ -47,8 +53,8 @@ class OMBE_API ContainerInterface {
   virtual Status close() = 0;                                      // slot 10
   virtual UIDList getProgramUIDs() = 0;  // slot 11; kNoUID as the only element before attach
   virtual ByteString getProgramName(UID program) = 0;  // slot 12
-  /// Slot 13. Announces the streams and selects one. kGeneralFailure for another program's UID.
-  /// Needs a host.
+  /// Slot 13. Registers with the controller, whatever comes of it; announces the streams and
+  /// selects one. kGeneralFailure for another program's UID. Needs a host.
   virtual Status activateProgram(UID program) = 0;
   /// Slot 14. Unless told to keep them, releases and withdraws the streams. One that was opened but
   /// never announced is withdrawn, too, and lost, so the program is activated before. 0.

@@ -50,7 +50,8 @@ class OMBE_API Plugin {
 };
 
 /// Name and type of the one symbol that a plug-in exports. The component in `*out` belongs to the
-/// caller, who ends it with `release`. Returns 0; leaves by std::bad_alloc when it cannot be made.
+/// caller, who ends it with `release`. Returns 0; leaves by std::bad_alloc, or by what its mutex
+/// library throws, when it cannot be made.
 inline constexpr char kEntryPointName[] = "__getPlugin";
 using EntryPoint = Status (*)(PluginContext* context, Plugin** out);
 

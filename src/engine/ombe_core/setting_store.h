@@ -17,8 +17,8 @@ class OMBE_API SettingStore {
   virtual ~SettingStore();  // slots 0 and 1
 
   /// Slot 2. True when the setting has a value, which is then in `out`; false leaves `out` alone. A
-  /// string in `out` belongs to the store and stays valid as long as the store. A stream may be
-  /// asking, about a text that it is converting: its entries may not be released from within.
+  /// string in `out` belongs to the store and stays valid as long as the store. A controller may
+  /// be asked by a stream about a text that it is converting, and releases no streams from within.
   virtual bool getValue(const Setting& setting, SettingValue& out) = 0;
 
   /// Slot 3. Stores a copy of the value. A string payload, made with plain new, becomes the store's

@@ -19,8 +19,9 @@ enum class StreamReadMode : std::int32_t { kNormal = 0 };
 
 /// 25 slots. Made by a container, owned by the host from `announceStream` until the container
 /// withdraws it. Times are unsigned milliseconds on the entries' own time line unless stated
-/// otherwise. The operations that move or read the position may be called from any thread (the
-/// container serialises them); the plain queries belong to the thread that reads.
+/// otherwise. The operations that move or read the position, or set the clock or the speed, may be
+/// called from any thread (the container serialises them). The others take no lock and are not
+/// called while another thread is inside an operation that sets what they tell.
 class OMBE_API StreamInterface {
  public:
   StreamInterface(UID containerUID, UID streamUID, StreamInterface* parent);
@@ -54,8 +55,8 @@ class OMBE_API StreamInterface {
   virtual Status seekStream(std::uint32_t time, std::uint32_t* out, bool flag) = 0;
   virtual std::int32_t reservedSlot14();
   /// Slot 15. 0 with a chunk that belongs to the caller; 0 with null at the end and on a pause; -1
-  /// with null while nothing is due, without a clock and while its time is negative;
-  /// kGeneralFailure without `out`.
+  /// with null while nothing is due, and in any case without a clock and while its time is
+  /// negative; kGeneralFailure without `out`.
   virtual Status readStream(MediaChunk** out) = 0;
   virtual std::uint32_t getLastChunkTime() const;  // slot 16; end of the chunk delivered last, ms
   virtual bool isEOS() const;                      // slot 17; false: the end shows in the reads

@@ -23,10 +23,11 @@ class OMBE_API SubtitleController : public SettingStore {
   virtual void reservedSlot10();
   virtual void reservedSlot11();
   virtual void reservedSlot12();
-  /// Slot 13. Registering twice is registering once. Plug-ins ignore the result. May be called
-  /// while the container holds its lock.
+  /// Slot 13. Registering twice is registering once. Plug-ins ignore the result. Called while the
+  /// container holds its lock, before it announces its streams, so none are released from within.
   virtual bool registerConsumer(SettingConsumer* consumer) = 0;
-  /// Slot 14. After it returns no new notification begins. Plug-ins ignore the result.
+  /// Slot 14. After it returns no new notification begins. Plug-ins ignore the result and call it
+  /// without a lock of their own, so that it may wait for notifications under way.
   virtual bool unregisterConsumer(SettingConsumer* consumer) = 0;
 };
 

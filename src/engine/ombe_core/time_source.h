@@ -15,8 +15,9 @@ class OMBE_API TimeSource {
   TimeSource& operator=(const TimeSource&) = delete;
   virtual ~TimeSource();  // slots 0 and 1
 
-  /// Slot 2. Current media time in milliseconds, negative while none is known. Any thread; a
-  /// stream asks while its container holds its lock, and must outlive the call.
+  /// Slot 2. Current media time in milliseconds, negative while none is known. Any thread. A stream
+  /// asks while its container holds its lock, and up to twice a read; it may be released from
+  /// within, but is destroyed after the read.
   virtual std::int32_t currentTime() = 0;
 };
 

@@ -13,8 +13,8 @@ namespace Ombe {
 class PlaybackClock final : public TimeSource {
  public:
   /// Streams hand out what starts up to half a second ahead of the clock. From here that reaches
-  /// exactly the last signed 32-bit millisecond, so every entry is due, and no later clock is of
-  /// use: the sum would not fit.
+  /// exactly the last signed 32-bit millisecond, so every entry is due. A later clock is of no
+  /// use, and wraps in a plug-in that adds in 32 bits.
   static constexpr std::int32_t kEnd = std::numeric_limits<std::int32_t>::max() - 500;
 
   void set(std::int32_t milliseconds) { time_.store(milliseconds, std::memory_order_relaxed); }
