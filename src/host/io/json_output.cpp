@@ -1,19 +1,57 @@
 #include "host/io/json_output.h"
 
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "host/io/output_file.h"
+#include "host/text/utf8_scan.h"
 
 namespace Ombe {
+namespace {
+
+std::string base64(std::string_view bytes) {
+  constexpr std::string_view kDigits =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::string out;
+  for (std::size_t at = 0; at < bytes.size(); at += 3) {
+    std::uint32_t group = 0;
+    for (std::size_t i = at; i < at + 3; ++i) {
+      group = group << 8 | (i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0U);
+    }
+    for (int shift = 18; shift >= 0; shift -= 6) out += kDigits[group >> shift & 0x3F];
+  }
+  const std::size_t missing = (3 - bytes.size() % 3) % 3;
+  return out.replace(out.size() - missing, missing, missing, '=');
+}
+
+bool isForeignName(std::string_view member, const Json& value) {
+  return (member == "file" || member == "output" || member == "path") && value.is_string() &&
+         !isUtf8(value.get_ref<const std::string&>());
+}
+
+std::pair<std::string, Json> bytesOf(std::string_view member, const Json& name) {
+  return {std::string(member) + "Bytes", base64(name.get_ref<const std::string&>())};
+}
+
+void addBytes(Json& json) {
+  std::vector<std::pair<std::string, Json>> added;
+  for (const auto& [member, value] : json.items()) {
+    if (value.is_structured()) addBytes(value);
+    if (isForeignName(member, value)) added.push_back(bytesOf(member, value));
+  }
+  for (auto& [member, value] : added) json[member] = std::move(value);
+}
+
+}  // namespace
 
 Json errorJson(const std::string& file, const std::string& step, const std::string& message) {
   return {
       {"file", file.empty() ? Json(nullptr) : Json(file)}, {"step", step}, {"message", message}};
 }
 
-void writeJson(const Json& document) {
+void writeJson(Json document) {
   OutputFile output("-");
-  JsonWriter(output).value(document);
+  JsonWriter(output).value(std::move(document));
   output.buffer() += '\n';
   output.commit();
 }
@@ -25,7 +63,15 @@ void JsonWriter::begin(char bracket, std::string_view name) {
   isFirst_ = true;
 }
 
-void JsonWriter::value(const Json& json, std::string_view name) {
+void JsonWriter::value(Json json, std::string_view name) {
+  if (json.is_structured()) addBytes(json);
+  write(json, name);
+  if (!isForeignName(name, json)) return;
+  const auto [member, bytes] = bytesOf(name, json);
+  write(bytes, member);
+}
+
+void JsonWriter::write(const Json& json, std::string_view name) {
   separate(name);
   const std::string text = json.dump(2, ' ', false, Json::error_handler_t::replace);
   for (std::string_view rest = text; !rest.empty();) {  // strings hold no line feed

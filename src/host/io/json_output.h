@@ -17,8 +17,10 @@ inline constexpr int kJsonVersion = 1;
 /// {"file": ..., "step": ..., "message": ...}; the file is null when the error is of none.
 Json errorJson(const std::string& file, const std::string& step, const std::string& message);
 
-/// Writes the document to standard output. Bytes that are no UTF-8 become U+FFFD.
-void writeJson(const Json& document);
+/// Writes the document to standard output. Bytes that are no UTF-8 become U+FFFD; beside a "file",
+/// "output" or "path" that holds some stands "fileBytes" and the like with the whole name in
+/// base64.
+void writeJson(Json document);
 
 /// Writes a document piece by piece, so that a long one need not be in memory, in the form of
 /// writeJson. One thread at a time.
@@ -28,11 +30,12 @@ class JsonWriter {
 
   /// Begins an object ('{') or array ('['): a member of that name, an element, or the document.
   void begin(char bracket, std::string_view name = {});
-  void value(const Json& json, std::string_view name = {});
+  void value(Json json, std::string_view name = {});
   /// Ends what was begun last.
   void end();
 
  private:
+  void write(const Json& json, std::string_view name);
   void separate(std::string_view name);
   [[nodiscard]] std::string newLine() const;
 
