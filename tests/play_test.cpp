@@ -150,6 +150,14 @@ TEST(Playing, IsControlledByKeys) {
   EXPECT_TRUE(decoder.isWaiting());
   EXPECT_TRUE(decoder.flush().empty()) << "a sequence that breaks off is no key";
   EXPECT_FALSE(decoder.isWaiting());
+
+  const std::string full(65535, 'y');
+  const TempFile crowd("{1}{99}x\n{1}{99}" + full + "żz\n");
+  Session other({.plugin = OMBE_PLUGIN});
+  other.open(crowd.path());
+  Player watched(other, 50);
+  EXPECT_EQ(describe(Controls(watched, tuning, ColorOrder::kRgb).frame().captions),
+            "[:" + full + "]");
 }
 
 /// The built program on a terminal of its own.
@@ -205,6 +213,7 @@ struct OnTerminal {
 TEST(Terminal, ShowsWhatIsPlayedAndIsGivenBack) {
   const TempFile hostile("{1}{1}25\n{1}{2}a\x1B[31mb\xC2\x9B\n");
   ::setenv("HOSTILE", hostile.path().c_str(), 1);
+  ::setenv("MPL2", OMBE_MPL2, 1);
   std::optional<OnTerminal> terminal;
   for (const auto& row : readTable("terminal.txt")) {
     SCOPED_TRACE(row[0] + " " + row[1]);

@@ -6,8 +6,10 @@
 #include <fstream>
 #include <string_view>
 
+#include "host/session/session.h"
 #include "host/text/code_page.h"
 #include "microdvd/lines/rate_in_force.h"
+#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 namespace {
@@ -43,11 +45,22 @@ FrameRate statedRate(std::string_view text) {
   return {};
 }
 
+/// The code page that a signature in the file states; empty where there is none.
+std::string signedCodePage(HostController& settings) {
+  SettingValue value;
+  if (!settings.getValue(autodetectedSetting(), value) || !value.asBoolean().value_or(false) ||
+      !settings.getValue(codePageSetting(), value) || value.asString() == nullptr) {
+    return {};
+  }
+  return std::string(view(*value.asString()));
+}
+
 }  // namespace
 
-std::string fileRateText(const std::string& path, const std::string& codePage) {
+std::string fileRateText(Session& session, const std::string& path) {
   constexpr std::string_view kSignature = "\uFEFF";
-  const std::string lines = firstLines(path, codePage);
+  if (session.container().findMediaTypeRank(toByteString("text/x-sub")) < 0) return {};
+  const std::string lines = firstLines(path, signedCodePage(session.controller()));
   const std::size_t start = lines.starts_with(kSignature) ? kSignature.size() : 0;
   const FrameRate rate = statedRate(std::string_view(lines).substr(start));
   return rate.isSet() ? fmt::format("{:.6g} fps (stated)", rate.perSecond())

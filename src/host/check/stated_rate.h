@@ -5,8 +5,11 @@
 
 namespace Ombe {
 
-/// "25 fps (stated)" as the file's header line says, or "23.976 fps (default)". Looks at the
-/// beginning of the file alone. `codePage` is that of a signature, empty where there is none.
-std::string fileRateText(const std::string& path, const std::string& codePage);
+class Session;
+
+/// "25 fps (stated)" as the file's header line says, or "23.976 fps (default)"; empty when the
+/// plug-in's format has no such line. Looks at the beginning of the file alone, which the session
+/// has open, and not even at that when the path is empty.
+std::string fileRateText(Session& session, const std::string& path);
 
 }  // namespace Ombe

@@ -83,7 +83,8 @@ template <typename T>
 std::optional<T> parseNumber(const std::string& text) {
   T number{};
   const char* const end = text.data() + text.size();
-  const auto result = std::from_chars(text.data() + (text.starts_with('+') ? 1 : 0), end, number);
+  const bool hasPlus = text.starts_with('+') && !text.starts_with("+-");
+  const auto result = std::from_chars(text.data() + (hasPlus ? 1 : 0), end, number);
   return result.ec == std::errc() && result.ptr == end ? std::optional(number) : std::nullopt;
 }
 

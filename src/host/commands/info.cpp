@@ -178,12 +178,7 @@ ExitCode info(const InfoOptions& options) {
     const FileInfo info = asNamed(input, [&] {
       session.open(input.path());
       FileInfo found = describeFile(session);
-      const auto& types = plugin.mediaTypes;
-      if (!types.empty() && types.front().first == "text/x-sub") {  // the format with such a header
-        const bool hasSignature = found.autodetected.value_or(false);
-        found.fileRate =
-            fileRateText(input.path(), hasSignature ? found.codePage.value_or("") : "");
-      }
+      found.fileRate = fileRateText(session, input.path());
       return found;
     });
     document.update(toJson(info));

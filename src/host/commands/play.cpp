@@ -12,11 +12,11 @@
 #include "host/io/environment.h"
 #include "host/io/input_file.h"
 #include "host/io/messages.h"
+#include "host/play/controls.h"
 #include "host/play/player.h"
 #include "host/session/session.h"
 #include "host/text/garbled_texts.h"
 #include "host/text/number_text.h"
-#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 namespace {
@@ -50,18 +50,6 @@ class LoadingNotice {
   const bool onTerminal_;
 };
 
-/// With a rate that was chosen, the plug-in reads no header.
-std::string findFileRate(Session& session, const std::string& path, bool isChosen) {
-  SettingValue value;
-  const auto get = [&](const Setting& setting) {
-    return !isChosen && session.controller().getValue(setting, value);
-  };
-  const bool hasSignature = get(autodetectedSetting()) && value.asBoolean().value_or(false);
-  const String* codePage = hasSignature && get(codePageSetting()) ? value.asString() : nullptr;
-  return fileRateText(isChosen ? "" : path,
-                      codePage == nullptr ? "" : std::string(view(*codePage)));
-}
-
 /// Guesses for a file that needs a code page and got none.
 std::vector<std::string> findLikelyCodePages(Session& session) {
   GarbledTexts garbled;
@@ -82,7 +70,9 @@ int run(const Asked& options) {
   {
     const LoadingNotice notice(onTerminal);
     asNamed(input, [&] { session.open(input.path()); });
-    play.fileRate = findFileRate(session, input.path(), options.session.frameRate.has_value());
+    // With a rate that was chosen, the plug-in reads no header.
+    const std::string path = options.session.frameRate ? "" : input.path();
+    if (const auto rate = fileRateText(session, path); !rate.empty()) play.fileRate = rate;
     if (!options.session.codePage) play.likelyCodePages = findLikelyCodePages(session);
   }
   if (onTerminal) return playOnTerminal(session, play, depth);
@@ -134,22 +124,13 @@ std::vector<Option> ownOptions(Asked& asked) {
 
 Command playCommand() {
   const auto asked = std::make_shared<Asked>();
-  return {.name = "play",
-          .purpose = "Play the subtitles in the terminal",
-          .footer = "Example: ombe play movie.sub --start 1:30",
-          .options = withSourceOptions(ownOptions(*asked), asked->session),
-          .run = [asked] { return play(*asked); },
-          .keys = {{"space", "pauses and goes on"},
-                   {"left, right", "move by 5 seconds"},
-                   {"down, up", "move by 60 seconds"},
-                   {"[ ]", "play slower, faster"},
-                   {"r", "reverses the direction"},
-                   {"f F", "step through frame rates"},
-                   {"c", "steps through code pages"},
-                   {"o O", "move the subtitles by -100, +100 milliseconds"},
-                   {"g", "goes to a time"},
-                   {"?", "shows the keys"},
-                   {"q", "quits"}}};
+  Command command = {.name = "play",
+                     .purpose = "Play the subtitles in the terminal",
+                     .footer = "Example: ombe play movie.sub --start 1:30",
+                     .options = withSourceOptions(ownOptions(*asked), asked->session),
+                     .run = [asked] { return play(*asked); }};
+  for (const auto& [name, meaning] : Controls::keys()) command.keys.push_back({name, meaning});
+  return command;
 }
 
 }  // namespace Ombe

@@ -13,48 +13,20 @@
 namespace Ombe {
 namespace {
 
-constexpr char kHelp[] =
-    "space pause  \u2190 \u2192 5 s  \u2191 \u2193 60 s  [ ] slower, faster  r reverse  f F frame "
-    "rate  c code page  o O offset -100, +100 ms  g go to a time  q quit";
+/// More has no room on a terminal: a longer text is cut, and of many subtitles the last ones show.
+constexpr std::size_t kMostShown = std::size_t{1} << 16;  // bytes
 
 constexpr std::int32_t kSpeeds[] = {250, 500, 750, 1000, 1250, 1500, 2000, 4000, 8000, 16000};
 
-}  // namespace
-
-struct Controls::Binding {
-  KeyPress press;
-  void (*act)(Controls&);
-};
-
-const Controls::Binding Controls::kBindings[] = {
-    {{Key::kCharacter, ' '}, [](Controls& c) { c.player_.setPaused(!c.player_.isPaused()); }},
-    {{Key::kLeft}, [](Controls& c) { c.skip(-5000); }},
-    {{Key::kRight}, [](Controls& c) { c.skip(5000); }},
-    {{Key::kUp}, [](Controls& c) { c.skip(60000); }},
-    {{Key::kDown}, [](Controls& c) { c.skip(-60000); }},
-    {{Key::kCharacter, '['}, [](Controls& c) { c.changeSpeed(false); }},
-    {{Key::kCharacter, ']'}, [](Controls& c) { c.changeSpeed(true); }},
-    {{Key::kCharacter, 'r'}, [](Controls& c) { c.player_.setSpeed(-c.player_.speed()); }},
-    {{Key::kCharacter, 'f'}, [](Controls& c) { c.changeFrameRate(1); }},
-    {{Key::kCharacter, 'F'}, [](Controls& c) { c.changeFrameRate(-1); }},
-    {{Key::kCharacter, 'c'}, [](Controls& c) { c.changeCodePage(); }},
-    {{Key::kCharacter, 'o'}, [](Controls& c) { c.changeOffset(-100); }},
-    {{Key::kCharacter, 'O'}, [](Controls& c) { c.changeOffset(100); }},
-    {{Key::kCharacter, 'g'}, [](Controls& c) { c.typed_.emplace(); }},
-    {{Key::kCharacter, '?'}, [](Controls& c) { c.message_ = kHelp; }},
-    {{Key::kCharacter, 'q'}, [](Controls& c) { c.quit_ = true; }},
-};
-
-void Controls::press(KeyPress press) {
-  message_.clear();
-  if (typed_) {
-    pressInPrompt(press);
-    return;
-  }
-  for (const Binding& binding : kBindings) {
-    if (binding.press == press) binding.act(*this);
-  }
+/// The start of a text, of whole characters.
+std::string_view head(std::string_view text) {
+  if (text.size() <= kMostShown) return text;
+  std::size_t size = kMostShown;
+  while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) --size;
+  return text.substr(0, size);
 }
+
+}  // namespace
 
 void Controls::pressInPrompt(KeyPress press) {
   constexpr std::size_t kPromptSize = 16;
@@ -109,10 +81,16 @@ void Controls::changeOffset(std::int32_t milliseconds) {
 
 Frame Controls::frame() const {
   Frame frame{{}, message_, status()};
-  for (const Caption* caption : player_.showing()) {
-    for (StyledLine& line : parseMarkup(caption->text, colorOrder_))
-      frame.captions.push_back(std::move(line));
-    if (message_.empty() && !tuning_.isAutodetected() && !isUtf8(caption->text)) {
+  const std::vector<const Caption*> showing = player_.showing();
+  auto first = showing.end();
+  for (std::size_t size = 0; first != showing.begin() && size < kMostShown; --first) {
+    size += (*std::prev(first))->text.size();
+  }
+  for (; first != showing.end(); ++first) {
+    const std::string_view text = head((*first)->text);
+    auto lines = parseMarkup(text, colorOrder_);
+    std::move(lines.begin(), lines.end(), std::back_inserter(frame.captions));
+    if (message_.empty() && !tuning_.isAutodetected() && !isUtf8(text)) {
       frame.message = "This text is not UTF-8: c tries " + tuning_.nextCodePageName();
     }
   }

@@ -3,6 +3,8 @@
 
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "host/play/keys.h"
 #include "host/play/player.h"
@@ -22,10 +24,14 @@ class Controls {
   [[nodiscard]] bool wantsToQuit() const { return quit_; }
   [[nodiscard]] Frame frame() const;
 
+  /// Each key or pair of keys, and what it does, in words for a manual.
+  static std::vector<std::pair<std::string, std::string>> keys();
+
  private:
   struct Binding;
   static const Binding kBindings[];
 
+  void showKeys();
   void pressInPrompt(KeyPress press);
   void goToTyped();
   void skip(std::int64_t milliseconds) { player_.seek(player_.position() + milliseconds); }

@@ -16,7 +16,7 @@ struct PlayOptions {
   bool interactive = true;    ///< where there is a terminal
   ColorOrder colorOrder = ColorOrder::kRgb;
   std::vector<std::string> likelyCodePages = {};  ///< guesses, to be offered
-  std::string fileRate = "file's rate";  ///< name of the rate that holds unless one is chosen
+  std::string fileRate = "file's times";  ///< name of the rate that holds unless one is chosen
 };
 
 /// On the terminal, with keys, until somebody quits. Returns the signal that ended it, to be acted

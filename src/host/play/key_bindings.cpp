@@ -1,0 +1,96 @@
+// What each key does, and how it is told.
+#include "host/play/controls.h"
+
+namespace Ombe {
+
+struct Controls::Binding {
+  KeyPress press;
+  void (*act)(Controls&);
+  // Of the second key of a pair, the first says it.
+  const char* name = nullptr;
+  const char* meaning = nullptr;
+  const char* shown = nullptr;  // when help is asked for
+};
+
+const Controls::Binding Controls::kBindings[] = {
+    {{Key::kCharacter, ' '},
+     [](Controls& c) { c.player_.setPaused(!c.player_.isPaused()); },
+     "space",
+     "pauses and goes on",
+     "space pause"},
+    {{Key::kLeft},
+     [](Controls& c) { c.skip(-5000); },
+     "left, right",
+     "move by 5 seconds",
+     "\u2190 \u2192 5 s"},
+    {{Key::kRight}, [](Controls& c) { c.skip(5000); }},
+    {{Key::kDown},
+     [](Controls& c) { c.skip(-60000); },
+     "down, up",
+     "move by 60 seconds",
+     "\u2193 \u2191 60 s"},
+    {{Key::kUp}, [](Controls& c) { c.skip(60000); }},
+    {{Key::kCharacter, '['},
+     [](Controls& c) { c.changeSpeed(false); },
+     "[ ]",
+     "play slower, faster",
+     "[ ] slower, faster"},
+    {{Key::kCharacter, ']'}, [](Controls& c) { c.changeSpeed(true); }},
+    {{Key::kCharacter, 'r'},
+     [](Controls& c) { c.player_.setSpeed(-c.player_.speed()); },
+     "r",
+     "reverses the direction",
+     "r reverse"},
+    {{Key::kCharacter, 'f'},
+     [](Controls& c) { c.changeFrameRate(1); },
+     "f F",
+     "step through frame rates",
+     "f F frame rate"},
+    {{Key::kCharacter, 'F'}, [](Controls& c) { c.changeFrameRate(-1); }},
+    {{Key::kCharacter, 'c'},
+     [](Controls& c) { c.changeCodePage(); },
+     "c",
+     "steps through code pages",
+     "c code page"},
+    {{Key::kCharacter, 'o'},
+     [](Controls& c) { c.changeOffset(-100); },
+     "o O",
+     "move the subtitles by -100, +100 milliseconds",
+     "o O offset -100, +100 ms"},
+    {{Key::kCharacter, 'O'}, [](Controls& c) { c.changeOffset(100); }},
+    {{Key::kCharacter, 'g'},
+     [](Controls& c) { c.typed_.emplace(); },
+     "g",
+     "goes to a time",
+     "g go to a time"},
+    {{Key::kCharacter, '?'}, [](Controls& c) { c.showKeys(); }, "?", "shows the keys"},
+    {{Key::kCharacter, 'q'}, [](Controls& c) { c.quit_ = true; }, "q", "quits", "q quit"},
+};
+
+std::vector<std::pair<std::string, std::string>> Controls::keys() {
+  std::vector<std::pair<std::string, std::string>> result;
+  for (const Binding& binding : kBindings) {
+    if (binding.name != nullptr) result.emplace_back(binding.name, binding.meaning);
+  }
+  return result;
+}
+
+void Controls::showKeys() {
+  for (const Binding& binding : kBindings) {
+    if (binding.shown == nullptr) continue;
+    message_.append(message_.empty() ? "" : "  ").append(binding.shown);
+  }
+}
+
+void Controls::press(KeyPress press) {
+  message_.clear();
+  if (typed_) {
+    pressInPrompt(press);
+    return;
+  }
+  for (const Binding& binding : kBindings) {
+    if (binding.press == press) binding.act(*this);
+  }
+}
+
+}  // namespace Ombe
