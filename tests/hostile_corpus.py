@@ -1,246 +1,109 @@
 #!/usr/bin/env python3
-"""Gives malformed files of many classes to `ombe probe`, `info` and `export`.
+"""Gives malformed files to `ombe probe`, `check`, `export` and `fix`, a whole class of them at once.
 
-Whatever is in a file, the program answers: exit code 0 or 1, no signal, no sanitizer report, and
-a message that names the file when it is refused. The commands must also agree with each other.
-The time limit is only there to end a run that hangs.
+Whatever is in a file, every command answers for each one with exit code 0 or 1, no signal and no
+sanitizer report, and they agree: export writes what check calls playable and names the others, and
+what fix writes is playable. When something is wrong the files stay where the message says.
 
-usage: hostile_corpus.py OMBE PLUGIN SAMPLES [--quick] [--keep FOLDER]
---quick takes a share of the classes with many files, and shorter ones of the large files.
+usage: hostile_corpus.py OMBE PLUGIN SAMPLES
 """
-import argparse
-import collections
-import concurrent.futures
-import itertools
-import os
-import pathlib
-import random
-import subprocess
-import sys
-import tempfile
+import concurrent.futures, json, os, pathlib, random, shutil, subprocess, sys, tempfile
 
-HANG_SECONDS = 600
-FILES_A_PROBE = 100
 GOOD = b"{1}{25}Hello|you\n{30}{60}/World\n"
-SIGNATURES = {
-    "utf32be": (b"\0\0\xfe\xff", "utf-32-be"),
-    "utf32le": (b"\xff\xfe\0\0", "utf-32-le"),
-    "utf16be": (b"\xfe\xff", "utf-16-be"),
-    "utf16le": (b"\xff\xfe", "utf-16-le"),
-    "utf8": (b"\xef\xbb\xbf", "utf-8"),
-    "utf7-8": (b"+/v8", "utf-7"),
-    "utf7-9": (b"+/v9", "utf-7"),
-    "utf7-plus": (b"+/v+", "utf-7"),
-    "utf7-slash": (b"+/v/", "utf-7"),
-    "scsu": (b"\x0e\xfe\xff", "latin-1"),
-    "bocu": (b"\xfb\xee\x28", "latin-1"),
-    "gb18030": (b"\x84\x31\x95\x33", "gb18030"),
-}
+MARKS = {"utf-32-be": b"\0\0\xfe\xff", "utf-32-le": b"\xff\xfe\0\0", "utf-16-be": b"\xfe\xff",
+         "utf-16-le": b"\xff\xfe", "utf-8": b"\xef\xbb\xbf", "utf-7": b"+/v8", "gb18030": b"\x84\x31\x95\x33"}
+OTHER_MARKS = b"+/v9", b"+/v+", b"+/v/", b"\x0e\xfe\xff", b"\xfb\xee\x28"
+PIECES = (*(bytes([byte]) for byte in b"x{}19|\\ \0\xff\r\n"), b"\xc5\xbc", b"{y:i}", b"\r\n", b" \n",
+          b"{1}{2}\n", b"{1}{2}a\n", b"{2}{1}a\n", b"{1}{1}25/0\n", random.Random(1).randbytes(9999))
+FRAMES = b"%b", GOOD + b"%b", b"%b" + GOOD, b"{1}{25}%b\n{30}{60}a\n", b"{%b}{2}a\n", b"{1}{1}%b\n"
+NUMBERS = (*FRAMES[-2:], b"{1}{%b}a\n", *(b"{1}{1}" + form + b"\n{25}{50}a\n"
+                                          for form in (b"%b", b".%b", b"%b/3", b"3/%b")))
 
 
-def truncations(samples, share):
-    for sample in sorted(samples.glob("*.sub")):
-        whole = sample.read_bytes()
-        for length in range(0, len(whole) + 1, share):
-            yield f"{sample.stem}-{length}", whole[:length]
+def corpus(samples):
+    """The contents of the files, by class."""
+    yield "cut", [text[:length] for text in samples for length in range(0, len(text) + 1, 5)]
+    yield "edited", [GOOD[:at] + byte + GOOD[at + skip:] for at in range(len(GOOD) + 1)
+                     for byte in (b"\0", b"{", b"}", b"\n", b"\xff", b"") for skip in (0, 1)]
+    yield "repeated", [frame % (piece * (size // len(piece) + 1)) for frame in FRAMES
+                       for piece in PIECES for size in (1, 1023, 1024, 50_000)]
+    yield "numbers", [form % (sign + digit * length) for form in NUMBERS for sign in (b"", b"-", b"+")
+                      for digit in (b"0", b"1", b"9") for length in (0, 1, 10, 11, 19, 20, 99, 100, 101)]
+    whole = "{1}{25}Ho \u00df|\n{30}{60}x\n"
+    yield "signatures", [text[:length] + tail
+                         for text in (*(mark + whole.encode(name) for name, mark in MARKS.items()),
+                                      *(mark + GOOD for mark in OTHER_MARKS))
+                         for length in range(1, len(text), 2) for tail in (b"", b"\0", b"\xff")]
+    yield "surrogates", [mark + ("{1}{25}a" + units).encode(name, "surrogatepass") + tail
+                         for name, mark in list(MARKS.items())[:5]
+                         for units in ("\ud83d", "\ude00", "\ude00\ud83d", "\ud83d\ud83d")
+                         for tail in (b"", b"\n", b"\xd8", b"\0")]
+    names = "a b", "a%20b", "a#b?c", "a'b\"c", "\u017c\U0001f3ac", "a\nb", "a\x1b[31mb", "-", "a.txt"
+    yield from ((name, (GOOD, GOOD + b"bad\n")) for name in names)
 
 
-def braces(_samples, share):
-    orders = sorted(set(itertools.permutations("{1}{2}")))[::share]
-    for number, order in enumerate(orders):
-        line = "".join(order).encode() + b"text\n"
-        yield f"{number}-first", line + GOOD
-        yield f"{number}-later", GOOD + line
-    for number, count in itertools.product((1, 2, 1023, 1024, 100000), "{}"):
-        yield f"{number}-{ord(count)}", count.encode() * number
+def expect(condition, *what):
+    if not condition:
+        raise AssertionError(" ".join(map(str, what))[:3000])
 
 
-def digits(_samples, share):
-    for length in [*range(0, 41, share), 98, 99, 100, 101, 1000, 100000]:
-        for start, digit in ((b"", b"0"), (b"", b"1"), (b"", b"9"), (b"-", b"9"), (b"+", b"9")):
-            number = start + digit * length
-            forms = (
-                b"{%b}{2}a\n", b"{1}{%b}a\n", b"{1}{1}%b\n{25}{50}a\n", b"{1}{1}.%b\n{25}{50}a\n",
-                b"{1}{1}%b/3\n{25}{50}a\n", b"{1}{1}3/%b\n{25}{50}a\n",
-            )
-            for at, form in enumerate(forms):
-                yield f"{(start + digit).hex()}-{length}-{at}", form % number
+def run(ombe, plugin, command, *arguments):
+    """Standard output and standard error, after the checks common to all runs."""
+    done = subprocess.run([ombe, command, "--plugin", plugin, *arguments], stdin=subprocess.DEVNULL,
+                          capture_output=True, timeout=1000, check=False, env=dict(os.environ, **{
+                              f"{tool}_OPTIONS": f"{os.environ.get(tool + '_OPTIONS', '')}:exitcode=99"
+                              for tool in ("ASAN", "LSAN", "UBSAN", "TSAN")}))
+    errors = done.stderr.decode("utf-8", "surrogateescape")
+    expect(done.returncode in (0, 1) and "runtime error" not in errors,
+           command, *arguments[:3], "...: exit code", done.returncode, errors)
+    return done.stdout.decode("utf-8", "surrogateescape"), errors
 
 
-def nuls(_samples, share):
-    for at in range(0, len(GOOD) + 1, share):
-        yield f"in-{at}", GOOD[:at] + b"\0" + GOOD[at:]
-        yield f"over-{at}", GOOD[:at] + b"\0" + GOOD[at + 1:]
-    for length in (1, 2, 3, 4, 1023, 1024, 1025, 65536):
-        yield f"only-{length}", b"\0" * length
-        yield f"behind-{length}", GOOD + b"\0" * length
+def opens(program, files):
+    """Whether check says that it opens, for each file."""
+    report = json.loads(run(*program, "check", "--json", *files)[0])["files"]
+    expect([file["file"] for file in report] == files, "check answers for other files than", files[0], "...")
+    return [file["opens"] for file in report]
 
 
-def surrogates(_samples, _share):
-    wide = {"high": [0xD83D], "low": [0xDE00], "swapped": [0xDE00, 0xD83D], "twice": [0xD83D] * 2}
-    for (name, units), order, tail in itertools.product(wide.items(), ("big", "little"), ("", "x\n")):
-        mark = b"\xfe\xff" if order == "big" else b"\xff\xfe"
-        encoding = f"utf-16-{order[0]}e"
-        lone = b"".join(unit.to_bytes(2, order) for unit in units)
-        line = "{1}{25}a".encode(encoding) + lone + tail.encode(encoding)
-        yield f"16-{name}-{order}-{len(tail)}", mark + line
-        yield f"16-{name}-{order}-{len(tail)}-odd", mark + line + b"\xd8"
-        yield f"16-{name}-{order}-{len(tail)}-first", mark + lone + line
-        points = b"".join(unit.to_bytes(4, order) for unit in units)
-        mark, encoding = SIGNATURES[f"utf32{order[0]}e"]
-        yield f"32-{name}-{order}-{len(tail)}", mark + "{1}{25}".encode(encoding) + points
-        text = "".join(map(chr, units)).encode("utf-8", "surrogatepass")
-        for start in (b"", b"\xef\xbb\xbf"):
-            yield f"8-{name}-{order}-{len(tail)}-{len(start)}", start + b"{1}{25}" + text + b"\n"
+def try_class(program, folder, name, contents):
+    """How many of the files open."""
+    files = [str(folder / f"{name}-{number}.sub") for number in range(len(contents))]
+    for path, content in zip(files, contents):
+        pathlib.Path(path).write_bytes(content)
+    # Control characters are shown as their pictures.
+    shown = ["".join(chr(0x2400 + ord(c)) if c < " " else c for c in path) for path in files]
+    for code_page in ("windows-1250", "UTF16-LE", "ISO-2022-JP"):
+        lines = run(*program, "probe", "--code-page", code_page, *files)[0].splitlines()
+        expect([line.removesuffix(": not recognised").removesuffix(": MicroDVD") for line in lines] == shown,
+               "probe", name, "answers for other files")
+    good = opens(program, files)
+    (folder / name).mkdir()
+    errors = run(*program, "export", "-f", "srt", "-o", str(folder / name), *files)[1]
+    for path, text, playable in zip(files, shown, good):
+        written = (folder / name / pathlib.Path(path).with_suffix(".srt").name).exists()
+        expect(written == playable and (playable or text in errors), text, "opens", playable, "written", written)
+    (folder / (name + " mended")).mkdir()
+    run(*program, "fix", "-o", str(folder / (name + " mended")), *files)
+    mended = sorted(map(str, (folder / (name + " mended")).iterdir()))
+    expect(not mended or all(opens(program, mended)), name, "mended files do not open")
+    return sum(good), len(mended)
 
 
-def signatures(_samples, _share):
-    tails = {"none": b"", "nul": b"\0", "ascii": GOOD, "high": bytes(range(128, 256))}
-    for name, (mark, encoding) in SIGNATURES.items():
-        for length in range(1, len(mark) + 1):
-            for tail_name, tail in tails.items():
-                yield f"{name}-{length}-{tail_name}", mark[:length] + tail
-        whole = mark + "{1}{25}Ho \u00df|\n{30}{60}x\n".encode(encoding)
-        for length in range(len(mark), len(whole)):
-            yield f"{name}-whole-{length}", whole[:length]
-        yield f"{name}-twice", mark + whole
-
-
-def binaries(_samples, _share):
-    dice = random.Random(1)
-    yield "all-bytes", bytes(range(256))
-    yield "all-bytes-behind", b"{1}{25}" + bytes(range(1, 256))
-    yield "program", pathlib.Path(sys.executable).resolve().read_bytes()[:100000]
-    for start in (b"\x7fELF", b"\x89PNG\r\n\x1a\n", b"PK\3\4", b"\x1f\x8b\x08", b"RIFF", b"%PDF-1.7\n"):
-        yield f"start-{start.hex()}", start + dice.randbytes(500)
-    for length in (0, 1, 2, 3, 1023, 1024, 1025, 65536, 1000000):
-        yield f"random-{length}", dice.randbytes(length)
-        yield f"random-{length}-behind", GOOD + dice.randbytes(length)
-        yield f"random-{length}-in-line", b"{1}{25}" + dice.randbytes(length).replace(b"\n", b"")
-
-
-def long_lines(_samples, share):
-    length = 10_000_000 // share
-    for piece in (b"x", b"{", b"}", b"1", b"|", b" ", b"\xc5\xbc", b"\xff", b"\\", b"{y:i}"):
-        line = piece * (length // len(piece))
-        yield f"alone-{piece.hex()}", line
-        yield f"text-{piece.hex()}", b"{1}{25}" + line + b"\n{30}{60}a\n"
-        yield f"header-{piece.hex()}", b"{1}{1}" + line
-        yield f"number-{piece.hex()}", b"{" + line + b"}{2}a"
-    yield "utf16", b"\xff\xfe" + ("{1}{25}" + "\u017c" * (length // 2)).encode("utf-16-le")
-
-
-def many_lines(_samples, share):
-    count = 1_000_000 // share
-    for name, line in {"lf": b"\n", "crlf": b"\r\n", "cr": b"\r", "blank": b" \n",
-                       "bare": b"{1}{2}\n", "header": b"{1}{1}25/0\n", "same": b"{1}{2}a\n"}.items():
-        yield f"{name}-only", line * count
-        yield f"{name}-before", line * count + GOOD
-        yield f"{name}-after", GOOD + line * count
-    yield "backward", b"".join(b"{%d}{%d}a\n" % (i, i) for i in range(count, 0, -1))
-
-
-def names(_samples, _share):
-    for name in ("a b", "a%20b", "a#b?c", "a'b\"c", "\u017c\U0001f3ac", "a\nb", "a\x1b[31mb", "-", "a.txt"):
-        yield name, GOOD
-        yield name + " bad", GOOD + b"bad\n"
-
-
-def shown(name):
-    """A file's name in messages: control characters as their pictures."""
-    return "".join(chr(0x2400 + ord(c)) if c < " " else c for c in name)
-
-
-def write_corpus(folder, samples, quick):
-    """Files by class; a share of 1 is everything."""
-    classes = {truncations: 29, braces: 30, digits: 20, nuls: 11, surrogates: 1, signatures: 1,
-               binaries: 1, long_lines: 20, many_lines: 20, names: 1}
-    every = 9 if quick else 1  # of the files that come without a share
-    for generate, quick_share in classes.items():
-        place = folder / generate.__name__
-        place.mkdir(parents=True)
-        few = every if quick_share == 1 and generate is not names else 1
-        for name, content in itertools.islice(generate(samples, quick_share if quick else 1), 0, None, few):
-            path = place / (name + ".sub")
-            path.write_bytes(content)
-            yield str(path)
-
-
-class Checker:
-    def __init__(self, ombe, plugin):
-        self.command = [ombe, "--plugin", plugin]
-        self.complaints = []
-        # Codes of their own, so that a report is not taken for a refusal.
-        codes = {f"{tool}_OPTIONS": f"exitcode=99:{os.environ.get(tool + '_OPTIONS', '')}"
-                 for tool in ("ASAN", "LSAN", "UBSAN", "TSAN")}
-        self.environment = {**os.environ, **codes}
-
-    def run(self, command, *arguments):
-        """Exit code, standard output and standard error, after the checks common to all runs."""
-        what = " ".join((command, *arguments))[:300]
-        output = subprocess.DEVNULL if command == "export" else subprocess.PIPE
-        try:
-            done = subprocess.run([self.command[0], command, *self.command[1:], *arguments],
-                                  stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.PIPE,
-                                  env=self.environment, timeout=HANG_SECONDS, check=False)
-        except subprocess.TimeoutExpired:
-            self.complaints.append(f"{what}: hangs")
-            return None, "", ""
-        errors = done.stderr.decode("utf-8", "surrogateescape")
-        if done.returncode not in (0, 1):
-            self.complaints.append(f"{what}: exit code {done.returncode}\n{errors[:3000]}")
-        if "Sanitizer" in errors or "runtime error" in errors:
-            self.complaints.append(f"{what}: a sanitizer's report\n{errors[:3000]}")
-        return done.returncode, (done.stdout or b"").decode("utf-8", "surrogateescape"), errors
-
-    def probe(self, files, *options):
-        """Which of the files are recognised."""
-        code, output, _ = self.run("probe", *options, *files)
-        answers = {True: ": MicroDVD\n", False: ": not recognised\n"}
-        recognised = {file: shown(file) + answers[True] in output for file in files}
-        if output != "".join(shown(file) + answers[recognised[file]] for file in files):
-            self.complaints.append(f"probe {files[0]} ...: not one line a file")
-        if code != (0 if all(recognised.values()) else 1):
-            self.complaints.append(f"probe {files[0]} ...: exit code {code} for these answers")
-        return recognised
-
-    def open(self, file, recognised):
-        """Whether the file opens; both commands have to say the same."""
-        code, _, errors = self.run("info", file)
-        form = ("srt", "jsonl")[len(file) % 2]
-        export_code, _, export_errors = self.run("export", "-f", form, file)
-        if code != export_code or (code == 0 and not recognised):
-            self.complaints.append(f"{file}: recognised {recognised}, info {code}, export {export_code}")
-        if code == 1 and not (shown(file) in errors and shown(file) in export_errors):
-            self.complaints.append(f"{file}: refused without its name: {errors[:200]}{export_errors[:200]}")
-        return code == 0
-
-
-def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
-    parser.add_argument("ombe")
-    parser.add_argument("plugin")
-    parser.add_argument("samples", type=pathlib.Path)
-    parser.add_argument("--quick", action="store_true")
-    parser.add_argument("--keep", type=pathlib.Path, help="leave the files in this new folder")
-    options = parser.parse_args()
-    checker = Checker(options.ombe, options.plugin)
-    with tempfile.TemporaryDirectory(prefix="ombe-hostile-") as temporary, \
-            concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        files = list(write_corpus(options.keep or pathlib.Path(temporary, "files"), options.samples,
-                                  options.quick))
-        batches = [files[i:i + FILES_A_PROBE] for i in range(0, len(files), FILES_A_PROBE)]
-        recognised = collections.ChainMap(*pool.map(checker.probe, batches))
-        for code_page in ("windows-1250", "UTF16-LE", "ISO-2022-JP"):
-            list(pool.map(lambda batch: checker.probe(batch, "--code-page", code_page), batches))
-        opened = list(pool.map(lambda file: checker.open(file, recognised[file]), files))
-    print(f"{len(files)} files, {sum(recognised.values())} recognised, {sum(opened)} opened, "
-          f"{len(checker.complaints)} complaints")
-    for complaint in checker.complaints[:10]:
-        print(complaint)
-    # Files of both kinds, or nothing was tried.
-    return 0 if not checker.complaints and 0 < sum(opened) < len(files) else 1
+def main(ombe, plugin, samples):
+    folder = pathlib.Path(tempfile.mkdtemp(prefix="ombe-hostile-"))
+    classes = dict(corpus([path.read_bytes() for path in sorted(pathlib.Path(samples).glob("*.sub"))]))
+    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+        tried = [pool.submit(try_class, (ombe, plugin), folder, *item) for item in classes.items()]
+    complaints = [str(job.exception()) for job in tried if job.exception()]
+    print("\n".join(complaints) + f"\nthe files are in {folder}" if complaints else "no complaints")
+    if not complaints:
+        shutil.rmtree(folder)
+        total, good = sum(map(len, classes.values())), sum(job.result()[0] for job in tried)
+        print(f"{total} files, {good} open, {sum(job.result()[1] for job in tried)} mended")
+        return 0 if 0 < good < total else 1  # files of both kinds, or nothing was tried
+    return 1
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(main(*sys.argv[1:]))

@@ -127,6 +127,7 @@ std::string mendsText(std::uint32_t mends) {
       "separator between the numbers removed",
       "control bytes removed",
       "numbers put on one line",
+      "digits of the first number removed",
   };
   std::string text;
   for (std::size_t i = 0; i < std::size(kTexts); ++i) {

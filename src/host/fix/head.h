@@ -18,6 +18,7 @@ enum Mend : std::uint32_t {
   kSeparatorRemoved = 1U << 5U,
   kControlsRemoved = 1U << 6U,
   kSplitJoined = 1U << 7U,
+  kNumberShortened = 1U << 8U,
 };
 
 /// "opening brace added, blanks removed".

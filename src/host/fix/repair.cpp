@@ -13,12 +13,17 @@
 namespace Ombe {
 namespace {
 
+constexpr std::size_t kHeadSize = 1024;  // bytes in which the plug-in looks for the first numbers
+constexpr std::size_t kLongNumber = kHeadSize / 2;
+
 /// Whether every line reads as the plug-in wants it, as far as it reads.
 bool opensAsItIs(std::string text) {
   TextTokenizer lines(text.data());
   bool any = false;
   while (const char* line = lines.nextToken("\r\n", nullptr)) {
+    const std::string_view whole(line, static_cast<std::size_t>(lines.tokenEnd() - line));
     if (scanLine(line, lines.tokenEnd()).count < 2) return false;
+    if (!any && scanLine(std::string(whole.substr(0, kHeadSize)).c_str()).count < 2) return false;
     any = true;
   }
   return any;
@@ -107,6 +112,7 @@ class Mender {
   void begin(std::uint64_t line, std::string_view original, const Head& head) {
     finishDraft(frameOf(head.first));
     draft_ = Draft{line, original, head, {}, false};
+    if (head.first.size() > kLongNumber) draft_->head.mends |= kNumberShortened;
     afterDropped_ = false;
   }
 
@@ -135,7 +141,10 @@ class Mender {
       change(Fate::kMended, draft.line, std::move(what), draft.original);
     }
     if (!takeLine(rate_, draft.head.first, last, text) && !text.empty()) ++result_.subtitles;
-    result_.text.append("{").append(draft.head.first).append("}{").append(last).append("}");
+    const bool isLong = (draft.head.mends & kNumberShortened) != 0;
+    const std::string first =
+        isLong ? std::to_string(frameOf(draft.head.first)) : std::string(draft.head.first);
+    result_.text.append("{").append(first).append("}{").append(last).append("}");
     result_.text.append(text).append("\n");
   }
 
