@@ -5,11 +5,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
 #include <utility>
 
+#include "ombe_core/file.h"
 #include "support/fakes.h"
 
 /// What the system is made to say instead of the truth.
@@ -117,6 +119,16 @@ TEST(File, ThatCannotBeReadIsRefusedLoggedAndClosed) {
   ::close(writer);
   ASSERT_TRUE(!isRoot || ::seteuid(0) == 0);
   if (!isRefusable) GTEST_SKIP() << "the forbidden file: root, who may read it, stayed root";
+}
+
+TEST(File, ThatIsOpenedAgainClosesWhatWasOpen) {
+  const std::ptrdiff_t before = openDescriptors();
+  Ombe::File file;
+  for (const wchar_t* path : {L"/", L"/dev/null"}) {
+    EXPECT_EQ(file.open(path, Ombe::FileOpenMode::kRead), 0);
+  }
+  EXPECT_EQ(file.open(L"/no/such", Ombe::FileOpenMode::kRead), ENOENT);
+  EXPECT_EQ(openDescriptors(), before);
 }
 
 /// Plays a text, in a process that has bound no converter library yet, with one that lacks a
