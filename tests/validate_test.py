@@ -11,7 +11,7 @@ import sys
 import tempfile
 import xml.etree.ElementTree
 
-LEAST = 30
+LEAST = 60
 failures = []
 
 

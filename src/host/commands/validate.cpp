@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
@@ -15,6 +16,8 @@
 
 namespace Ombe {
 namespace {
+
+namespace fs = std::filesystem;
 
 struct ValidateOptions {
   std::string plugin;
@@ -68,6 +71,12 @@ Validation validateAsJson(const ValidateOptions& options) {
   return validation;
 }
 
+bool isOneOf(const std::string& file, const Subject& subject) {
+  std::error_code ignored;
+  const auto is = [&](const std::string& other) { return fs::equivalent(file, other, ignored); };
+  return is(subject.plugin) || std::any_of(subject.samples.begin(), subject.samples.end(), is);
+}
+
 ExitCode run(ValidateOptions& options) {
   if (options.isList) return list(options.json);
   const std::vector<std::string> unknown = unknownNames(options.validation.only);
@@ -75,10 +84,15 @@ ExitCode run(ValidateOptions& options) {
     reportError("--only: no check or group '" + unknown.front() + "'", "--list names them.");
     return ExitCode::kWrongUsage;
   }
-  options.validation.subject.plugin = findPlugin(options.plugin, options.pluginFolder);
-  for (std::string& sample : options.validation.subject.samples) {
+  Subject& subject = options.validation.subject;
+  subject.plugin = findPlugin(options.plugin, options.pluginFolder);
+  for (std::string& sample : subject.samples) {
     requireReadable(sample);
-    sample = std::filesystem::absolute(sample).string();
+    sample = fs::absolute(sample).string();
+  }
+  if (!options.junit.empty() && isOneOf(options.junit, subject)) {
+    reportError("--junit: " + options.junit + " is an input");
+    return ExitCode::kWrongUsage;
   }
   const Validation validation = options.json ? validateAsJson(options) : validateAsText(options);
   if (!options.junit.empty()) {

@@ -4,7 +4,8 @@ namespace Ombe {
 
 std::vector<ContractCheck> allContractChecks() {
   std::vector<ContractCheck> all;
-  for (const auto& group : {loadingChecks(), lookupChecks(), containerChecks()}) {
+  for (const auto& group : {loadingChecks(), lookupChecks(), containerChecks(), programChecks(),
+                            streamChecks(), readingChecks()}) {
     all.insert(all.end(), group.begin(), group.end());
   }
   return all;

@@ -47,6 +47,9 @@ inline constexpr char kThreads[] = "threads";
 std::span<const ContractCheck> loadingChecks();
 std::span<const ContractCheck> lookupChecks();
 std::span<const ContractCheck> containerChecks();
+std::span<const ContractCheck> programChecks();
+std::span<const ContractCheck> streamChecks();
+std::span<const ContractCheck> readingChecks();
 
 /// In the order in which they are asked.
 std::vector<ContractCheck> allContractChecks();

@@ -25,6 +25,7 @@ namespace {
 int reportDescriptor = -1;
 std::atomic<bool> hasReported{false};
 std::string where;
+Outcome failure = Outcome::kFailed;
 
 void send(Outcome outcome, std::string_view came) {
   constexpr std::size_t kMost = 4000;  // a pipe takes it at once, whoever reads
@@ -141,6 +142,11 @@ void report(Outcome outcome, std::string_view came) {
 }
 
 void setPlace(std::string place) { where = std::move(place); }
+void setFailure(Outcome outcome) { failure = outcome; }
+
+void expect(bool holds, std::string_view came) {
+  if (!holds) report(failure, came);
+}
 
 std::string valueText(long long value) { return std::to_string(value); }
 std::string valueText(unsigned long long value) { return std::to_string(value); }

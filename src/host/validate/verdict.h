@@ -35,9 +35,11 @@ Verdict judge(void (*ask)(const void* argument), const void* argument, int limit
 /// Where the process that asks is; stands before what came. One thread.
 void setPlace(std::string place);
 
-inline void expect(bool holds, std::string_view came) {
-  if (!holds) report(Outcome::kFailed, came);
-}
+/// What an answer that is not as expected makes of the check from here on. One thread.
+void setFailure(Outcome outcome);
+
+/// Ends the process that asks when something does not hold. Any thread.
+void expect(bool holds, std::string_view came);
 
 std::string valueText(long long value);
 std::string valueText(unsigned long long value);
@@ -58,7 +60,7 @@ inline std::string valueText(unsigned value) {
 template <typename Expected, typename Came>
 void expectSame(std::string_view asked, const Expected& expected, const Came& came) {
   if (came == expected) return;
-  report(Outcome::kFailed,
+  expect(false,
          std::string(asked) + " gave " + valueText(came) + " instead of " + valueText(expected));
 }
 

@@ -71,7 +71,9 @@ void askPlaying(const Subject& subject, void (*ask)(Playing&)) {
   for (const std::string& sample : subject.samples) {
     setPlace(std::filesystem::path(sample).filename().string() + ": ");
     WatchedEngine engine(subject);
+    setFailure(Outcome::kNeedsSample);  // one that does not open is a matter of container.opens
     Playing playing{engine, engine.play(sample), sample};
+    setFailure(Outcome::kFailed);
     ask(playing);
   }
 }

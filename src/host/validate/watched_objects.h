@@ -26,7 +26,7 @@ class CallRecord {
  public:
   void add(const std::string& call);
   void addFoul(const std::string& call);
-  [[nodiscard]] std::vector<std::string> take();
+  std::vector<std::string> take();
   /// The first there was; empty for none.
   [[nodiscard]] std::string foul() const;
 
