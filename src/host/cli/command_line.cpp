@@ -73,7 +73,8 @@ ExitCode runCommandLine(int argc, char** argv, const std::vector<Command>& comma
   for (auto command = commands.begin() + 1; command != commands.end(); ++command) {
     CLI::App& parser = *app.add_subcommand(command->name, command->purpose);
     if (command->isHidden) parser.group("");
-    add(parser, *command);
+    // Describing all options of all commands would cost as much as a small file does.
+    if (std::find(argv, argv + argc, command->name) != argv + argc) add(parser, *command);
   }
   try {
     app.parse(argc, argv);
