@@ -1,5 +1,5 @@
-# Libraries that the project calls. The plug-in binds ICU at run time only: it takes the types from
-# its headers and tries the version found here first. The host links it.
+# Libraries that the project calls. ICU is bound at run time only: its headers give the types, and the
+# version found here is the one that the host loads and that the plug-in tries first.
 find_package(Threads REQUIRED)
 find_package(Boost 1.81 REQUIRED COMPONENTS url)
 find_package(ICU REQUIRED COMPONENTS uc i18n)

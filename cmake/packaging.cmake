@@ -36,8 +36,8 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION video)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
-# The plug-in binds ICU at run time and goes on without it, so no linker knows of it.
-set(CPACK_DEBIAN_OMBE_PACKAGE_RECOMMENDS "libicu${OMBE_ICU_VERSION}")
+# ICU is bound at run time, so no linker knows of it.
+set(CPACK_DEBIAN_OMBE_PACKAGE_DEPENDS "libicu${OMBE_ICU_VERSION}")
 set(CPACK_DEBIAN_OMBE_PACKAGE_SUGGESTS "bash-completion, gstreamer1.0-ombe, pkgconf")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "host/text/icu_function.h"
 #include "host/text/utf8_scan.h"
 
 namespace Ombe {
@@ -17,10 +18,10 @@ struct Character {
 int cellsOf(UChar32 c) {
   constexpr std::uint32_t kMarks = U_GC_MN_MASK | U_GC_ME_MASK | U_GC_CF_MASK;
   if (c < 0x300) return 1;  // also the soft hyphen, which terminals show
-  if ((U_MASK(u_charType(c)) & kMarks) != 0) return 0;
-  const int syllable = u_getIntPropertyValue(c, UCHAR_HANGUL_SYLLABLE_TYPE);
+  if ((U_MASK(OMBE_ICU("uc", u_charType)(c)) & kMarks) != 0) return 0;
+  const int syllable = OMBE_ICU("uc", u_getIntPropertyValue)(c, UCHAR_HANGUL_SYLLABLE_TYPE);
   if (syllable == U_HST_VOWEL_JAMO || syllable == U_HST_TRAILING_JAMO) return 0;
-  const int width = u_getIntPropertyValue(c, UCHAR_EAST_ASIAN_WIDTH);
+  const int width = OMBE_ICU("uc", u_getIntPropertyValue)(c, UCHAR_EAST_ASIAN_WIDTH);
   return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
 }
 

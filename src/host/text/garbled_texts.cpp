@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "host/text/code_page.h"
+#include "host/text/icu_function.h"
 #include "host/text/utf8_scan.h"
 
 namespace Ombe {
@@ -17,7 +18,7 @@ constexpr std::int32_t kLeastConfidence = 10;              // of 100
 constexpr std::size_t kSampleSize = std::size_t{1} << 16;  // bytes; more do not sharpen a guess
 
 struct CloseDetector {
-  void operator()(UCharsetDetector* detector) const { ucsdet_close(detector); }
+  void operator()(UCharsetDetector* detector) const { OMBE_ICU("i18n", ucsdet_close)(detector); }
 };
 
 /// Whole lines, since half a character would speak against its code page.
@@ -43,14 +44,17 @@ bool isUsable(const std::string& name, std::string_view text) {
 std::vector<std::string> likelyCodePages(std::string_view text) {
   std::vector<std::string> names;
   UErrorCode status = U_ZERO_ERROR;
-  const std::unique_ptr<UCharsetDetector, CloseDetector> detector(ucsdet_open(&status));
+  const std::unique_ptr<UCharsetDetector, CloseDetector> detector(
+      OMBE_ICU("i18n", ucsdet_open)(&status));
   text = sampleOf(text);
-  ucsdet_setText(detector.get(), text.data(), static_cast<std::int32_t>(text.size()), &status);
+  OMBE_ICU("i18n", ucsdet_setText)
+  (detector.get(), text.data(), static_cast<std::int32_t>(text.size()), &status);
   std::int32_t count = 0;
-  const UCharsetMatch** matches = ucsdet_detectAll(detector.get(), &count, &status);
+  const UCharsetMatch** matches =
+      OMBE_ICU("i18n", ucsdet_detectAll)(detector.get(), &count, &status);
   for (std::int32_t i = 0; U_SUCCESS(status) && i < count && names.size() < kSuggestions; ++i) {
-    if (ucsdet_getConfidence(matches[i], &status) < kLeastConfidence) break;
-    const std::string name = usualName(ucsdet_getName(matches[i], &status));
+    if (OMBE_ICU("i18n", ucsdet_getConfidence)(matches[i], &status) < kLeastConfidence) break;
+    const std::string name = usualName(OMBE_ICU("i18n", ucsdet_getName)(matches[i], &status));
     const bool isNew = std::find(names.begin(), names.end(), name) == names.end();
     if (isNew && isUsable(name, text)) names.push_back(name);
   }
