@@ -3,14 +3,10 @@
 
 #include <gmock/gmock.h>
 #include <malloc.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <random>
-#include <thread>
 
 #include "host/check/passes.h"
-#include "host/io/input_file.h"
 #include "host/io/json_output.h"
 #include "host/io/output_file.h"
 #include "host/text/code_page.h"
@@ -160,30 +156,6 @@ TEST(CodePages, AreGuessedForTheSamples) {
   }
   EXPECT_EQ(CodePageReader("windows-1251").read("\xCF\xF0"), "Пр");
   EXPECT_EQ(CodePageReader("Shift_JIS").read("\x83"), std::nullopt);
-}
-
-TEST(TemporaryFiles, AreGoneWhicheverSignalEndsTheirThreads) {
-  const TempFile target("", "a");
-  const fs::path folder = fs::path(target.path()).parent_path();
-  const auto run = [&](int signal) {
-    const rlimit noCore{};
-    ::setrlimit(RLIMIT_CORE, &noCore);
-    std::signal(signal, SIG_DFL);
-    ::setenv("TMPDIR", folder.c_str(), 1);
-    const InputFile copy = InputFile::holding("a");
-    std::atomic<int> made{0};
-    const auto makeMany = [&] {
-      for (;; ++made) const OutputFile output(target.path());
-    };
-    for (int i = 0; i < 4; ++i) std::thread(makeMany).detach();
-    while (made < 50) std::this_thread::yield();
-    std::raise(signal);
-    ::_exit(1);
-  };
-  for (int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGXCPU, SIGXFSZ}) {
-    for (int i = 0; i < 5; ++i) EXPECT_EXIT(run(signal), testing::KilledBySignal(signal), "");
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << signal;
-  }
 }
 
 }  // namespace

@@ -39,7 +39,8 @@ std::vector<Option> ownOptions(Asked& asked) {
            .value = "OUT",
            .purpose = "File to write, or folder for several; - is standard output",
            .initial = options.output,
-           .more = "An existing file is replaced once the new one is whole.",
+           .more = "An existing file, other than an input, is replaced once the new one is on "
+                   "the disk as a whole.",
            .takesFile = true,
            .set = into(options.output)},
           {.names = {"-j", "--jobs"},

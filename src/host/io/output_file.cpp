@@ -106,18 +106,17 @@ void OutputFile::openTemporary(mode_t permissions) {
 }
 
 /// The file itself gets the name where it can, a copy of it otherwise. An error number.
-int OutputFile::giveName(const char* name) {
-  const std::string unnamed = "/proc/self/fd/" + std::to_string(descriptor_);
-  if (::linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, name, AT_SYMLINK_FOLLOW) == 0) return 0;
+int OutputFile::giveName(const TemporaryName& name) {
+  if (name.give(descriptor_) == 0) return 0;
   if (errno == EEXIST) return errno;
-  const int copy = ::open(name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions_);
+  const int copy = name.make(permissions_);
   if (copy < 0) return errno;
   struct stat replaced {};
   if (::stat(target_.c_str(), &replaced) == 0) makeLike(replaced, copy);
   int error = copyWhole(descriptor_, copy);
   if (error == 0) error = syncToDisk(copy);
   if (::close(copy) != 0 && error == 0) error = errno;
-  if (error != 0) ::unlink(name);
+  if (error != 0) ::unlink(name.path());
   return error;
 }
 
@@ -128,11 +127,11 @@ void OutputFile::replaceTarget() {
   do {
     if (error != 0 && error != EEXIST) fail(error);
     const std::string name = ".ombe-" + std::to_string(::getpid()) + "-" + std::to_string(++count);
-    const TemporaryFileGuard guard((folder / name).string());
-    error = giveName(guard.path());
-    if (error == 0 && std::rename(guard.path(), target_.c_str()) != 0) {
+    const TemporaryName temporary((folder / name).string());
+    error = giveName(temporary);
+    if (error == 0 && std::rename(temporary.path(), target_.c_str()) != 0) {
       error = errno;
-      ::unlink(guard.path());
+      ::unlink(temporary.path());
       fail(error);
     }
   } while (error != 0);

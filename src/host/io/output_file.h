@@ -7,6 +7,8 @@
 
 namespace Ombe {
 
+class TemporaryName;
+
 /// Takes a command's data in big writes. A regular file is written without a name and
 /// takes its place in `commit`, when the disk has it, so that it is there whole or as it was
 /// before; a device or pipe that exists is written straight, and so is standard output ("-"). A
@@ -37,7 +39,7 @@ class OutputFile {
   static constexpr std::size_t kWriteSize = std::size_t{1} << 20;
 
   void openTemporary(mode_t permissions);
-  [[nodiscard]] int giveName(const char* name);
+  [[nodiscard]] int giveName(const TemporaryName& name);
   void replaceTarget();
   void flush();
   void close();

@@ -45,7 +45,7 @@ void requireReadable(const std::string& file) {
   }
   if (error) throw Failure(file, Step::kRead, "cannot be read: " + error.message());
   if (!fs::is_regular_file(file)) {  // a plug-in reads it more than once
-    throw Failure(file, Step::kRead, "is not a regular file");
+    throw Failure(file, Step::kRead, "is not a regular file: give it as standard input");
   }
   if (!isUtf8(fs::absolute(file.c_str()).native())) {  // up to the NUL that plug-ins read to
     throw Failure(file, Step::kRead,
