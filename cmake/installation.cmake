@@ -40,8 +40,10 @@ configure_file(cmake/ombe_core.pc.in ombe_core.pc @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/ombe_core.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT Development)
 
-install(FILES README.md CHANGELOG.md LICENSE
-  DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Runtime OPTIONAL)
+# All that the pages lead to.
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md SECURITY.md LICENSE
+  DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Runtime)
+install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Runtime)
 
 # Descriptions of the command line, which the program itself made.
 set(descriptions "${PROJECT_BINARY_DIR}/share")

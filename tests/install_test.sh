@@ -3,6 +3,7 @@
 # builds a plug-in outside the tree with the CMake package and with pkg-config.
 #   install_test.sh CMAKE GENERATOR BUILD CXX FLAGS EXAMPLES SAMPLE
 set -eu
+here=$(readlink -f "$(dirname "$0")")
 cmake=$1 generator=$2 build=$3 cxx=$4 flags=$5 examples=$6 sample=$7
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
@@ -34,6 +35,7 @@ for file in man/man1/ombe.1 bash-completion/completions/ombe zsh/site-functions/
   fish/vendor_completions.d/ombe.fish; do
   [ -s "$prefix/share/$file" ] || fail "no share/$file"
 done
+"$here/links_test.sh" "$prefix/share/doc/ombe" || fail 'pages lead nowhere'
 
 inspected() { # HOW FOLDER: what ombe says of the two plug-ins there
   smallest=$("$prefix/bin/ombe" inspect "$2/smallest.so")

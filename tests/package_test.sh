@@ -51,6 +51,7 @@ for file in doc/ombe/copyright doc/ombe/changelog.Debian.gz \
   bash-completion/completions/ombe zsh/vendor-completions/_ombe; do
   [ -s "$root/usr/share/$file" ] || fault "no usr/share/$file"
 done
+"$tree/tests/links_test.sh" "$root/usr/share/doc/ombe" || fault 'pages lead nowhere'
 grep -rlF "$tree" "$root/usr" && fault 'the files above name the folder that they were built in'
 
 libraries=$(dirname "$root"/usr/lib/*/ombe)
