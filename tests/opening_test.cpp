@@ -85,6 +85,15 @@ TEST(Opening, KeepsTheHeaderOfAFailedFileButNotItsRate) {
   EXPECT_EQ(readAll(*stream), "25000+0 a");
 }
 
+TEST(Opening, OfAFileWithoutEntriesLeavesTheTimesOfOthersAlone) {
+  Engine engine;
+  Ombe::StreamInterface* stream = engine.play("{1}{1}20\n{1000}{1000}a");
+  EXPECT_NE(engine.play("{1}{2}\n"), nullptr);
+  engine.clock.now = 2000000;
+  engine.controller.changeRatio(25, 1);
+  EXPECT_EQ(readAll(*stream), "50000+0 a");
+}
+
 TEST(Detection, JudgesByTheFirstLineThatIsNotEmpty) {
   const auto isRecognised = [](const std::string& content) {
     Engine engine;

@@ -103,7 +103,6 @@ template <typename Format>
 bool SubtitleParserTemplate<Format>::readSubtitleText(const ByteString& path, ByteString& out,
                                                       std::uint32_t limit) {
   const bool isRead = readFile(this->host, path, out, limit);
-  if (this->host == nullptr) return isRead;
   if (const String* name = readStringSetting(this->host, codePageSetting())) {
     setCodePage(*name);
   }

@@ -33,7 +33,7 @@ Status MicroDVDContainer::open(const MediaSource& source) {
   const Lock lock(mutex);
   if (host == nullptr) return kGeneralFailure;
   const ByteString uri = source.getUri();
-  if (uri.empty() || !hasSubtitleExtension(view(uri))) return kGeneralFailure;
+  if (!hasSubtitleExtension(view(uri))) return kGeneralFailure;
   ByteString path;
   if (uriToFilePath(uri, path) != kSuccess) return kGeneralFailure;
   ByteString text;

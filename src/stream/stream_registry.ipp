@@ -1,7 +1,6 @@
 // The container's map of streams; included where a format's container is instantiated.
 #pragma once
 
-#include <cmath>
 #include <memory>
 #include <utility>
 
@@ -25,10 +24,9 @@ void SubtitleParserTemplate<Format>::addStream(EntryList& list, const ByteString
   static_cast<void>(stream.release());
 }
 
-/// Does nothing for a factor that is not a finite number, as an unset rate gives.
+/// `factor` is the old rate over the new one.
 template <typename Format>
 void SubtitleParserTemplate<Format>::scaleTimes(double factor) {
-  if (!std::isfinite(factor)) return;
   const Lock lock(mutex);
   for (const auto& [uid, stream] : streams) scaleEntries(stream->entries, factor);
 }

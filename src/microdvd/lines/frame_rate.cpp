@@ -32,8 +32,8 @@ std::optional<FrameRate> readDecimal(char* text, std::size_t point) {
 std::optional<FrameRate> readFraction(const char* text) {
   int numerator = 0;
   int denominator = 0;
-  if (!scanInt(text, numerator) || *text != '/') return std::nullopt;
-  ++text;
+  if (!scanInt(text, numerator)) return std::nullopt;
+  ++text;  // the slash
   if (!scanInt(text, denominator)) return std::nullopt;
   return FrameRate{widened(numerator), widened(denominator)};
 }
