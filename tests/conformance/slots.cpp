@@ -26,14 +26,20 @@ const Setting kRatio(MediaType::kSubtitle, "FrameRate", "Ratio");
 
 /// What the operation at `slot` answers, as text and a blank.
 template <typename Result, typename... Arguments>
-std::string ask(void* object, std::size_t slot, Arguments... arguments) {
-  const Result answer = callSlot<Result>(object, slot, arguments...);
-  if constexpr (requires { view(answer); }) {
-    return "'" + std::string(view(answer)) + "' ";
+std::string answer(void* object, std::size_t slot, Arguments... arguments) {
+  const Result given = callSlot<Result>(object, slot, arguments...);
+  if constexpr (requires { view(given); }) {
+    return "'" + std::string(view(given)) + "' ";
   } else {
-    const bool isFailure = static_cast<std::int64_t>(answer) == kGeneralFailure;
-    return (isFailure ? "fail" : std::to_string(answer)) + " ";
+    const bool isFailure = static_cast<std::int64_t>(given) == kGeneralFailure;
+    return (isFailure ? "fail" : std::to_string(given)) + " ";
   }
+}
+
+/// The same behind the number of the slot.
+template <typename Result, typename... Arguments>
+std::string ask(void* object, std::size_t slot, Arguments... arguments) {
+  return std::to_string(slot) + "=" + answer<Result>(object, slot, arguments...);
 }
 
 /// Joined, in the order in which they were asked.
@@ -62,7 +68,7 @@ TEST(Component, AnswersItsTwoIdentifiersByTheirExactBytes) {
     EXPECT_EQ(lookUp(base + std::string(other)), nullptr) << other;
   }
   EXPECT_EQ(lookUp(""), nullptr);
-  EXPECT_EQ(all({ask<int>(plugin, 4), ask<int>(plugin, 2), ask<int>(plugin, 3)}), "1 2 1 ");
+  EXPECT_EQ(all({ask<int>(plugin, 4), ask<int>(plugin, 2), ask<int>(plugin, 3)}), "4=1 2=2 3=1 ");
   EXPECT_EQ(callSlot<const PluginInfo*>(plugin, 5)->size, sizeof(PluginInfo));
   EXPECT_EQ(callSlot<void*>(plugin, 6), &context);
 }
@@ -88,16 +94,16 @@ TEST(Component, AnswersForTheFormatInBothOfItsTables) {
     char name[] = "xxxxxxx";
     callSlot<void>(t, format, &name[0]);
     callSlot<void>(t, reserved4, 5);
-    std::string answers = all({ask<Status>(t, reserved6, 5), ask<unsigned>(t, count)});
+    std::string answers = all({answer<Status>(t, reserved6, 5), answer<unsigned>(t, count)});
     for (const unsigned index : {0U, 1U, 2U, ~0U}) {
-      answers += all({ask<ByteString>(t, typeAt, index), ask<int>(t, rankAt, index)});
+      answers += all({answer<ByteString>(t, typeAt, index), answer<int>(t, rankAt, index)});
     }
     for (engine.context.answer = true; missing.empty(); engine.context.answer = false) {
-      answers += ask<bool>(t, probe, &source, 1, 2, &missing);
+      answers += answer<bool>(t, probe, &source, 1, 2, &missing);
     }
-    EXPECT_EQ(all({answers, ask<bool>(t, probe, &nothing, 1, 2, &missing),
-                   ask<int>(t, rankOf, &plain), ask<int>(t, rankOf, &sub),
-                   ask<Status>(t, open, &nothing), ask<Status>(t, open, &source)}),
+    EXPECT_EQ(all({answers, answer<bool>(t, probe, &nothing, 1, 2, &missing),
+                   answer<int>(t, rankOf, &plain), answer<int>(t, rankOf, &sub),
+                   answer<Status>(t, open, &nothing), answer<Status>(t, open, &source)}),
               "fail 2 'text/x-sub' 1 'text/plain' 1 '' 0 '' 0 1 0 0 1 -1 fail 0 ");
     EXPECT_EQ(std::string_view(name, 8), "UTF8\0xx\0"sv);
     EXPECT_TRUE(missing.size() == 1 && std::memcmp(missing.data(), &kText, 20) == 0);
@@ -116,7 +122,8 @@ TEST(Container, AnswersEverySlotInItsPlace) {
   Engine engine(false);
   void* const c = engine.component.container;
   std::uint64_t size = 77;
-  EXPECT_EQ(all({ask<ByteString>(c, 7), ask<UID>(c, 8), ask<Status>(c, 15, &size)}), "'' 0 fail ");
+  EXPECT_EQ(all({ask<ByteString>(c, 7), ask<UID>(c, 8), ask<Status>(c, 15, &size)}),
+            "7='' 8=0 15=fail ");
   EXPECT_EQ(size, 77U);
   callSlot<void>(c, 2, &engine.host, UID{1} << 40);
   callSlot<void>(engine.component.control, 2, &engine.controller);
@@ -125,18 +132,19 @@ TEST(Container, AnswersEverySlotInItsPlace) {
   EXPECT_EQ(callSlot<UIDList>(c, 11).head()->value, UID{1} << 32);
   EXPECT_EQ(engine.open(file.uri()), kSuccess);
   std::int32_t a = 7, b = 7;
-  EXPECT_EQ(all({ask<UID>(c, 8), ask<Status>(c, 9, &a, &b), ask<Status>(c, 10),
-                 ask<ByteString>(c, 12, UID{5}), ask<Status>(c, 13, UID{0}),
-                 ask<Status>(c, 13, UID{1} << 32), ask<Status>(c, 15, nullptr),
-                 ask<Status>(c, 15, &size), ask<bool>(c, 21, -1), ask<ByteString>(c, 7)}),
-            "1099511627776 0 0 '' fail 0 fail 0 0 '" + file.path() + "' ");
+  EXPECT_EQ(
+      all({ask<UID>(c, 8), ask<Status>(c, 9, &a, &b), ask<Status>(c, 10),
+           ask<ByteString>(c, 12, UID{5}), ask<Status>(c, 13, UID{0}),
+           ask<Status>(c, 13, UID{1} << 32), ask<Status>(c, 15, nullptr), ask<Status>(c, 15, &size),
+           ask<bool>(c, 21, -1), ask<ByteString>(c, 7)}),
+      "8=1099511627776 9=0 10=0 12='' 13=fail 13=0 15=fail 15=0 21=0 7='" + file.path() + "' ");
   EXPECT_TRUE(a == 0 && b == 0 && size == kFile.size());
   ByteString out = toByteString("kept");
-  EXPECT_EQ(all({ask<bool>(c, 24, "\xB3\xB9", 2U, &out), std::string(view(out))}), "0 kept");
+  EXPECT_EQ(all({ask<bool>(c, 24, "\xB3\xB9", 2U, &out), std::string(view(out))}), "24=0 kept");
   engine.controller.changeCodePage("windows-1250");
   EXPECT_EQ(all({ask<bool>(c, 24, "\xB3\xB9", 2U, &out), std::string(view(out))}),
-            "1 \u0142\u0105");
-  EXPECT_EQ(all({ask<Status>(c, 14, true), ask<Status>(c, 14, false)}), "0 0 ");
+            "24=1 \u0142\u0105");
+  EXPECT_EQ(all({ask<Status>(c, 14, true), ask<Status>(c, 14, false)}), "14=0 14=0 ");
 }
 
 /// Counts what an allocator does to it.
@@ -160,7 +168,7 @@ TEST(Stream, AnswersEverySlotInItsPlace) {
            ask<bool>(s, 4, nullptr, &language, &region), ask<bool>(s, 4, &name, nullptr, nullptr),
            ask<int>(s, 7), ask<Status>(s, 10, nullptr), ask<Status>(s, 10, &engine.clock),
            ask<Status>(s, 11), ask<int>(s, 14)}),
-      "0 0 0 1 320 -1 0 0 0 ");
+      "2=0 3=0 4=0 4=1 7=320 10=-1 10=0 11=0 14=0 ");
   EXPECT_TRUE(out == 7 && other == 7 && language == "kept" && region == "kept");
   EXPECT_EQ(view(name), "movie.sub");
   const auto* frame = callSlot<const ImageProperties*>(s, 6);
@@ -197,7 +205,8 @@ TEST(Stream, AnswersEverySlotInItsPlace) {
            ask<unsigned>(s, 16), ask<bool>(s, 17), ask<int>(s, 19), ask<bool>(s, 18, 0),
            ask<int>(s, 19), ask<Status>(s, 12, 9U, 0U, &out), ask<Status>(s, 13, 0U, &out, true),
            ask<int>(s, 21), ask<int>(s, 23), ask<bool>(s, 24, 1U)}),
-      "0 fail 0 0 0 fail 3000 0 1000 1 0 fail fail 6 7 0 ");
+      "2=0 12=fail 12=0 13=0 13=0 15=fail 16=3000 17=0 19=1000 18=1 19=0 12=fail 13=fail 21=6 23=7 "
+      "24=0 ");
   EXPECT_EQ(std::pair(out, other), std::pair(5000U, 1000U));
   engine.host.keepsWithdrawn = true;
   EXPECT_EQ(engine.component.container->deactivate(false), kSuccess);
