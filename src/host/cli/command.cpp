@@ -5,7 +5,7 @@ namespace Ombe {
 std::vector<Command> allCommands() {
   std::vector<Command> commands = {
       {.name = "ombe",
-       .purpose = "Shows and converts subtitle files through the plug-ins of the Ombe engine.",
+       .purpose = "Checks, mends, plays and converts subtitle files with the Ombe engine's plug-ins.",
        .footer = "Example: ombe export movie.sub -o movie.srt\nMore: ombe COMMAND --help",
        .options = {{.names = {"--version"},
                     .purpose = "Display program version information and exit"}}},

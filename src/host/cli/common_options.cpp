@@ -33,7 +33,7 @@ Option colorOption(ColorMode& color) {
   return choosing<ColorMode>(
       {.names = {"--color"},
        .value = "WHEN",
-       .purpose = "Use colours: auto, always, never",
+       .purpose = "When to use colours",
        .more = "Without it, auto: on a terminal that knows them."},
       color,
       {{"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}});
@@ -63,7 +63,7 @@ std::vector<Option> withSourceOptions(std::vector<Option> own, SessionOptions& s
       {.names = {"--frame-rate"},
        .value = "N[/D]",
        .purpose = "Frames per second of the video",
-       .more = "Without it, what the file states.",
+       .more = "Without it, what the file states, else 24000/1001.",
        .refusal = "is no rate such as 25, 23.976 or 24000/1001",
        .set = parsedInto(session.frameRate, parseFrameRate)},
       {.names = {"--code-page"},
@@ -77,7 +77,7 @@ std::vector<Option> withSourceOptions(std::vector<Option> own, SessionOptions& s
        .set = into(session.language)},
       {.names = {"--offset"},
        .value = "MS",
-       .purpose = "Milliseconds to add to every time",
+       .purpose = "Milliseconds to add to every time; may be negative",
        .set = into(session.offsetMs)},
       {.names = {"--plugin"},
        .value = "PATH",

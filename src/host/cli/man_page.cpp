@@ -57,7 +57,7 @@ void appendOption(std::string& out, const Option& option) {
   std::string text = option.purpose;
   if (!option.choices.empty()) text += fmt::format(" ({})", fmt::join(option.choices, ", "));
   if (option.range) text += fmt::format(" ({} to {})", option.range->first, option.range->second);
-  if (!option.initial.empty()) text += "; " + option.initial + " unless it is given";
+  if (!option.initial.empty()) text += "; by default " + option.initial;
   if (!option.more.empty()) text += ". " + option.more;
   out += "\n" + escaped(text) + "\n";
 }
@@ -92,7 +92,7 @@ std::string manPage(const std::string& version, const std::vector<Command>& comm
   const Command& program = commands.front();
   std::string out = ".TH OMBE 1 \"\" \"ombe " + version + "\" \"User Commands\"\n";
   appendSection(out, "NAME");
-  out += "ombe \\- show, check and convert subtitle files\n";
+  out += "ombe \\- check, mend, play and convert subtitle files\n";
   appendSection(out, "SYNOPSIS");
   out += bold("ombe") + " \\fICOMMAND\\fR [\\fIOPTION\\fR...] [\\fIFILE\\fR...]\n";
   appendSection(out, "DESCRIPTION");
