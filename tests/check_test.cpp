@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <malloc.h>
 
+#include <iterator>
 #include <random>
 
 #include "host/check/passes.h"
@@ -14,6 +15,7 @@
 #include "host/text/number_text.h"
 #include "support/run_program.h"
 #include "support/table.h"
+#include "text/converter.h"
 
 namespace ombe_test {
 namespace {
@@ -139,6 +141,38 @@ TEST(Check, CostsNoMoreThanTheSizeOfAFileDeserves) {
     const std::size_t before = ::mallinfo2().uordblks;
     const CheckReport kept = checked(file.path());
     EXPECT_LE(::mallinfo2().uordblks - before, 8U << 20) << line;
+  }
+}
+
+std::string encoded(const std::string& utf8, const std::string& codePage) {
+  char16_t* units = nullptr;
+  char* bytes = nullptr;
+  std::size_t count = 0, size = 0;
+  const auto* from = reinterpret_cast<const unsigned char*>(utf8.data());
+  EXPECT_TRUE(toUtf16("UTF-8", from, static_cast<std::uint32_t>(utf8.size()), &units, &count));
+  const std::unique_ptr<char16_t[]> ownsUnits(units);
+  EXPECT_TRUE(fromUtf16(codePage.c_str(), units, count, &bytes, &size)) << codePage;
+  const std::unique_ptr<char[]> ownsBytes(bytes);
+  return {bytes, size};
+}
+
+TEST(CodePages, KeepNoShortFileFromBeingAnswered) {
+  const TempFile file("");
+  std::minstd_rand random;  // the same in every run
+  for (const auto& row : readTable("code_pages.txt")) {
+    std::istringstream all(row[1]);
+    const std::vector<std::string> words(std::istream_iterator<std::string>(all), {});
+    for (int i = 0; i < 23; ++i) {
+      std::string text;
+      for (auto count = random() % 4 + 1; count > 0; --count) {
+        text += "{10}{50}" + words[random() % words.size()] + " " + words[random() % words.size()];
+        text += '\n';
+      }
+      std::ofstream(file.path(), std::ios::binary) << encoded(text, row[0]);
+      const CheckReport report = checked(file.path());
+      EXPECT_TRUE(report.opens() && !report.findings.has(Severity::kError)) << row[0] << text;
+      for (const std::string& page : report.likelyCodePages) EXPECT_TRUE(isKnownCodePage(page));
+    }
   }
 }
 
