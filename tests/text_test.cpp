@@ -160,6 +160,8 @@ TEST(Conversion, FailsSoftlyWithoutALibraryAFunctionOrACodePage) {
   EXPECT_FALSE(toUtf16("no such code page", bytesOf("AB"), 2, &units, &count));
   EXPECT_EQ(count, 0);
   EXPECT_EQ(convertToUtf8("no such code page", bytesOf("AB"), 2), "");
+  char* text = nullptr;
+  EXPECT_FALSE(fromUtf16("UTF8", u"AB", ~std::size_t{0} / 4 + 1, &text, &count)) << "room wraps";
 }
 
 TEST(MemoryBufferTest, IsClearedOnDemandAndUsableAfterMemoryWasShort) {

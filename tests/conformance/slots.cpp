@@ -220,6 +220,7 @@ TEST(Engine, RefusesBytesThatNoStringHolds) {
   // Cut to 32 bits this is 3, where a size has more of them.
   const std::size_t length = std::max<std::size_t>(std::size_t{ByteString::maximumLength} + 5, ~0U);
   EXPECT_THROW(toByteString({"abc", length}), std::bad_alloc);
+  EXPECT_THROW(String("abc", ~0U), std::bad_alloc);  // and a NUL
 }
 
 TEST(Engine, EndsAReplacedLogSinkThatLogsItself) {

@@ -22,7 +22,8 @@ inline constexpr char kContainerInterfaceId[] = "com.kelm.streamengine.interface
 /// and a change of the frame rate exclude each other and the operations of the container's streams,
 /// and a change of the code page waits for none of them, so these may also come from other threads.
 /// The queries may do so only while no thread is inside `open` or `activateProgram`, and the first
-/// `getProgramUIDs` not at all. Whatever needs memory leaves by std::bad_alloc when there is none.
+/// `getProgramUIDs` not at all. The last `release` comes when no call is under way, notifications
+/// included. Whatever needs memory leaves by std::bad_alloc when there is none.
 ///
 /// From within a call that the component makes on its host, controller, context or clock or on the
 /// log sink, the same thread may call the component and its streams, also where this leads to the
