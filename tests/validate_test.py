@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""Asks `ombe validate` about plug-ins that keep the contract.
+"""Asks `ombe validate` about plug-ins that keep the contract, and those that break it.
 
-Usage: validate_test.py OMBE PAGE [PLUGIN[=SAMPLE]...]. PAGE is what the checks refer to.
+Usage: validate_test.py OMBE PAGE FOLDER [PLUGIN[=SAMPLE]...]. PAGE is what the checks refer to; FOLDER
+holds plug-ins with one fault each, named by it.
 """
 import json
 import os
@@ -11,7 +12,23 @@ import sys
 import tempfile
 import xml.etree.ElementTree
 
-LEAST = 60
+LEAST = 110
+
+# What each fault is found by, and what is said of it.
+FAULTS = {
+    "GIVES_THE_WRONG_STATUS": ("lookup.unknown-identifier", "0x80100001 instead of 3"),
+    "TOUCHES_OUTPUTS": ("stream.pause", "its output gave 0 instead of 77"),
+    "LEAKS": ("memory.reading", "bytes each time"),
+    "FREES_CHUNKS_TWICE": ("allocator.deletes-once", "gave 2 instead of 1"),
+    "KEEPS_ITS_LOCK": ("threads.no-lock-kept", "no end within 2 s"),
+    "HAS_ITS_SLOTS_IN_ANOTHER_ORDER": ("container.slots-in-order", "slot 10"),
+    "CALLS_THE_HOST_WRONGLY": ("container.calls-rightly", "slot 5 of ContainerHost"),
+    "THROWS": ("container.throws-nothing", "no such file"),
+    "HANGS": ("container.opens", "no end within 2 s"),
+    "CRASHES": ("container.opens", "the process "),
+    "WRITES_OUTSIDE": ("memory.outputs", "wrote beside its output"),
+    "DELETES_STREAMS": ("container.streams-are-the-hosts", "the process "),
+}
 failures = []
 
 
@@ -40,7 +57,7 @@ def ask_for_list(ombe, page):
     return checks
 
 
-def ask_good(ombe, plugin, sample, checks):
+def ask_good(ombe, plugin, sample, checks, needs_all):
     with tempfile.TemporaryDirectory() as folder:
         junit = os.path.join(folder, "junit.xml")
         arguments = [plugin, "--junit", junit] + (["--sample", sample] if sample else [])
@@ -50,16 +67,30 @@ def ask_good(ombe, plugin, sample, checks):
     for check in validation["checks"]:
         expect(check["outcome"] in ("passed", "notOffered"), f"{plugin}: {check}")
     expect(code == 0, f"{plugin}: exit code {code}")
-    expect(len(validation["checks"]) == len(checks), f"{plugin}: not all was asked")
-    expect(not sample or validation["passed"] == len(checks), f"{plugin}: something is missing")
-    expect(len(suite) == int(suite.get("tests")) == len(checks), f"{plugin}: {suite.attrib}")
+    expect(len(validation["checks"]) == checks, f"{plugin}: not all was asked")
+    expect(not needs_all or validation["passed"] == checks, f"{plugin}: something is missing")
+    expect(len(suite) == int(suite.get("tests")) == checks, f"{plugin}: {suite.attrib}")
+
+
+def ask_broken(ombe, plugin, sample, name, came):
+    code, document = validate(ombe, plugin, "--sample", sample, "--only", name, "--timeout", "2")
+    check, = document["validation"]["checks"]
+    expect(code == 1 and check["outcome"] == "failed" and came in check["came"],
+           f"{plugin}: exit code {code}, {check}")
 
 
 def main():
-    ombe, page, *plugins = sys.argv[1:]
+    ombe, page, folder, *plugins = sys.argv[1:]
     checks = ask_for_list(ombe, page)
     for plugin in plugins:
-        ask_good(ombe, *(plugin.split("=") + [None])[:2], checks)
+        plugin, _, sample = plugin.partition("=")
+        ask_good(ombe, plugin, sample, len(checks), sample)
+    with tempfile.NamedTemporaryFile(suffix=".three") as sample:
+        sample.write(b"three")
+        sample.flush()
+        ask_good(ombe, f"{folder}/RIGHT.so", sample.name, len(checks), False)
+        for fault, (name, came) in FAULTS.items():
+            ask_broken(ombe, f"{folder}/{fault}.so", sample.name, name, came)
     print("\n".join(failures) or f"{len(checks)} checks of {len(plugins)} plug-ins")
     return 1 if failures else 0
 

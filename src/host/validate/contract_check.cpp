@@ -5,7 +5,8 @@ namespace Ombe {
 std::vector<ContractCheck> allContractChecks() {
   std::vector<ContractCheck> all;
   for (const auto& group : {loadingChecks(), lookupChecks(), containerChecks(), programChecks(),
-                            streamChecks(), readingChecks()}) {
+                            settingsChecks(), streamChecks(), readingChecks(), allocatorChecks(),
+                            threadsChecks(), comingBackChecks(), memoryChecks()}) {
     all.insert(all.end(), group.begin(), group.end());
   }
   return all;

@@ -50,6 +50,11 @@ std::span<const ContractCheck> containerChecks();
 std::span<const ContractCheck> programChecks();
 std::span<const ContractCheck> streamChecks();
 std::span<const ContractCheck> readingChecks();
+std::span<const ContractCheck> settingsChecks();
+std::span<const ContractCheck> allocatorChecks();
+std::span<const ContractCheck> threadsChecks();
+std::span<const ContractCheck> comingBackChecks();
+std::span<const ContractCheck> memoryChecks();
 
 /// In the order in which they are asked.
 std::vector<ContractCheck> allContractChecks();

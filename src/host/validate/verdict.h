@@ -18,7 +18,8 @@ enum class Outcome : char {
 
 struct Verdict {
   Outcome outcome = Outcome::kPassed;
-  std::string came;  ///< what came instead, or why nothing was asked
+  std::string came = {};  ///< what came instead, or why nothing was asked
+  bool isHang = false;    ///< there was no end within the limit
 };
 
 /// Runs `ask` in a process of its own, which starts with one thread, no standard streams (unless
@@ -38,8 +39,12 @@ void setPlace(std::string place);
 /// What an answer that is not as expected makes of the check from here on. One thread.
 void setFailure(Outcome outcome);
 
-/// Ends the process that asks when something does not hold. Any thread.
-void expect(bool holds, std::string_view came);
+/// Reports that an answer is not as expected. Any thread.
+[[noreturn]] void reportFailure(std::string_view came);
+
+inline void expect(bool holds, std::string_view came) {
+  if (!holds) reportFailure(came);
+}
 
 std::string valueText(long long value);
 std::string valueText(unsigned long long value);

@@ -98,7 +98,7 @@ UID WatchedHost::newUID() {
 
 String WatchedHost::preferredLanguage() {
   called("preferredLanguage");
-  return language.c_str();
+  return {language.c_str(), static_cast<std::uint32_t>(language.size()), *languageAllocator};
 }
 
 double WatchedHost::getTimeOffset() {

@@ -107,6 +107,7 @@ class WatchedHost final : public ContainerHost {
   UID selected = kNoUID;
   std::atomic<double> offset{0};
   std::string language;
+  StandardAllocator<char>* languageAllocator = &StandardAllocator<char>::defaultInstance();
   /// Called from within each call that is recorded, once it is done.
   std::function<void(const std::string& call)> comingBack;
 

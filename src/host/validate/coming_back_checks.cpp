@@ -1,0 +1,175 @@
+// Hosts that call the plug-in from within its calls to them.
+#include <thread>
+
+#include "host/session/source.h"
+#include "host/validate/verdict.h"
+#include "host/validate/watched_engine.h"
+#include "ombe_core/logger.h"
+
+namespace Ombe {
+namespace {
+
+/// Calls `act` once from within the next call that begins so; whether it was called shows in the
+/// result.
+class Within {
+ public:
+  template <typename Act>
+  Within(WatchedHost& host, std::string beginning, Act act) : host_(host) {
+    host_.comingBack = [this, beginning = std::move(beginning), act](const std::string& call) {
+      if (wasCalled_ || !call.starts_with(beginning)) return;
+      wasCalled_ = true;
+      act();
+    };
+  }
+  Within(const Within&) = delete;
+  Within& operator=(const Within&) = delete;
+  ~Within() { host_.comingBack = nullptr; }
+  [[nodiscard]] bool wasCalled() const { return wasCalled_; }
+
+ private:
+  WatchedHost& host_;
+  bool wasCalled_ = false;
+};
+
+void readsWhenAnnounced(Playing& playing) {
+  WatchedEngine& engine = playing.engine;
+  const auto entries = readAll(playing.stream);
+  std::vector<std::string> within;
+  const Within call(engine.host, "announceStream", [&] {
+    playing.stream.resetStream();
+    within = readAll(playing.stream);
+  });
+  expectSame("activateProgram", kSuccess, engine.activate());
+  expect(within == entries, "from within announceStream other entries were read");
+}
+
+void activatesWhenSelected(Playing& playing) {
+  WatchedEngine& engine = playing.engine;
+  Status within = -77;
+  const Within call(engine.host, "selectStream", [&] { within = engine.activate(); });
+  expectSame("activateProgram", kSuccess, engine.activate());
+  expectSame("activateProgram from within selectStream", kSuccess, within);
+  expect(engine.record.foul().empty(), engine.record.foul());
+}
+
+void deactivatesWhenSelected(Playing& playing) {
+  WatchedEngine& engine = playing.engine;
+  engine.host.keepsWithdrawn = true;
+  const Within call(engine.host, "selectStream", [&] { engine.container().deactivate(false); });
+  static_cast<void>(engine.activate());
+  expect(engine.host.streams.empty(), "deactivate from within selectStream left streams announced");
+  expectSame("a read after it", "end", readOne(playing.stream));
+}
+
+void deactivatesWhenWithdrawn(Playing& playing) {
+  WatchedEngine& engine = playing.engine;
+  const Within call(engine.host, "withdrawStream", [&] { engine.container().deactivate(false); });
+  expectSame("deactivate", kSuccess, engine.container().deactivate(false));
+  expect(engine.host.streams.empty(), "streams are left");
+  expect(engine.record.foul().empty(), engine.record.foul());
+}
+
+void opensWhenWithdrawn(Playing& playing) {
+  WatchedEngine& engine = playing.engine;
+  engine.host.keepsWithdrawn = true;
+  Status within = -77;
+  const Within call(engine.host, "withdrawStream", [&] {
+    within = engine.open(sourceUri(playing.sample));
+    static_cast<void>(engine.activate());
+  });
+  expectSame("deactivate", kSuccess, engine.container().deactivate(false));
+  expectSame("open from within withdrawStream", kSuccess, within);
+}
+
+void seeksWhenAskedForTheOffset(Playing& playing) {
+  const auto entries = readAll(playing.stream);
+  playing.stream.resetStream();
+  const Within call(playing.engine.host, "getTimeOffset",
+                    [&] { playing.stream.seekStream(0xFFFFFFFFU, nullptr, true); });
+  const std::string one = readOne(playing.stream);
+  expect(!call.wasCalled() || one == "end" || one == entries.front(),
+         "a seek to the end from within getTimeOffset made the read give " + one);
+}
+
+void deactivatesWhenAskedForTheOffset(Playing& playing) {
+  WatchedEngine& engine = playing.engine;
+  engine.host.keepsWithdrawn = true;
+  const Within call(engine.host, "getTimeOffset", [&] { engine.container().deactivate(false); });
+  readOne(playing.stream);
+  expect(!call.wasCalled() || readOne(playing.stream) == "end",
+         "a stream released from within getTimeOffset still has entries");
+}
+
+/// On another thread, which waits for good when the container waits with its lock held.
+void deregistersWithoutItsLock(Playing& playing) {
+  WatchedEngine& engine = playing.engine;
+  static_cast<void>(engine.control());
+  engine.controller.leaving = [&] { std::jthread([&] { playing.stream.resetStream(); }); };
+  expectSame("deactivate", kSuccess, engine.container().deactivate(true));
+  engine.controller.leaving = nullptr;
+}
+
+void fetchesUidsWithoutItsLock(Playing& playing) {
+  WatchedEngine& engine = playing.engine;
+  const Within call(engine.host, "preferredLanguage", [&] { engine.container().getProgramUIDs(); });
+  expectSame("activateProgram", kSuccess, engine.activate());
+}
+
+void bearsALogThatAsks(Playing& playing) {
+  std::uint32_t found = 0;
+  thread_local bool isWithin = false;
+  Logger::instance().setSink([&](const LogRecord& /*record*/) {
+    if (std::exchange(isWithin, true)) return;
+    playing.stream.getNextChunkTime(0, 0, &found);
+    isWithin = false;
+  });
+  playing.stream.resetStream();
+  const auto logged = readAll(playing.stream);
+  playing.stream.seekStream(0, nullptr, true);
+  Logger::instance().setSink({});
+  playing.stream.resetStream();
+  expect(readAll(playing.stream) == logged, "with a log that asks the stream it reads otherwise");
+}
+
+/// As a controller does that tells another component of it at once.
+void bearsSettingsThatAreTold(Playing& playing) {
+  WatchedEngine& engine = playing.engine;
+  const auto entries = readAll(playing.stream);
+  const Within call(engine.host, "setValue",
+                    [&] { std::jthread([&] { playing.stream.readSpeed(); }); });
+  expectSame("open", kSuccess, engine.open(sourceUri(playing.sample)));
+  static_cast<void>(engine.activate());
+  playing.stream.resetStream();
+  expectSame("the number of entries", static_cast<unsigned>(entries.size()),
+             static_cast<unsigned>(readAll(playing.stream).size()));
+}
+
+constexpr ContractCheck kChecks[] = {
+    {"coming-back.announced", kThreads, "a stream may be read from within announceStream",
+     readsWhenAnnounced},
+    {"coming-back.selected", kThreads, "the program may be activated from within selectStream",
+     activatesWhenSelected},
+    {"coming-back.selected-deactivate", kThreads,
+     "the program may be deactivated from within selectStream", deactivatesWhenSelected},
+    {"coming-back.withdrawn", kThreads, "deactivate may come from within withdrawStream",
+     deactivatesWhenWithdrawn},
+    {"coming-back.withdrawn-open", kThreads, "a source may be opened from within withdrawStream",
+     opensWhenWithdrawn},
+    {"coming-back.offset-seek", kThreads, "the stream may be sought from within getTimeOffset",
+     seeksWhenAskedForTheOffset},
+    {"coming-back.offset-deactivate", kThreads,
+     "the program may be deactivated from within getTimeOffset", deactivatesWhenAskedForTheOffset},
+    {"coming-back.deregistration", kThreads, "deregistering happens without the lock",
+     deregistersWithoutItsLock},
+    {"coming-back.language", kThreads, "the container may be asked from within preferredLanguage",
+     fetchesUidsWithoutItsLock},
+    {"coming-back.log", kThreads, "the log's sink may ask the stream", bearsALogThatAsks},
+    {"coming-back.settings", kSettings, "a setting that is written may be told at once",
+     bearsSettingsThatAreTold},
+};
+
+}  // namespace
+
+std::span<const ContractCheck> comingBackChecks() { return kChecks; }
+
+}  // namespace Ombe
