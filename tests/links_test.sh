@@ -4,8 +4,10 @@
 set -eu
 pages=$(find "$1" -name '.?*' -prune -o -name 'build*' -prune -o -name '*.md' -print)
 [ -n "$pages" ] || { printf 'FAILED: no page below %s\n' "$1"; exit 1; }
-printf '%s\n' "$pages" | while read -r page; do
-  grep -o '\]([^)#:]*' "$page" | cut -c 3- | grep -vx 'https*' | while read -r link; do
-    [ -z "$link" ] || [ -e "${page%/*}/$link" ] || printf 'FAILED: %s: no %s\n' "$page" "$link"
+broken=$(printf '%s\n' "$pages" | while read -r page; do
+  grep -o '\]([^)#:]*' "$page" | cut -c 3- | while read -r link; do
+    case $link in '' | http | https) continue ;; esac
+    [ -e "${page%/*}/$link" ] || printf 'FAILED: %s: no %s\n' "$page" "$link"
   done
-done | { ! grep . ; }
+done)
+[ -z "$broken" ] || { printf '%s\n' "$broken"; exit 1; }
