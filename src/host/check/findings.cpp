@@ -1,7 +1,6 @@
 #include "host/check/findings.h"
 
 #include <algorithm>
-#include <tuple>
 
 #include "host/text/utf8_scan.h"
 
@@ -164,7 +163,7 @@ void Findings::add(const Finding& finding, std::string detail) {
 
 void Findings::sort() {
   std::sort(kept_.begin(), kept_.end(), [](const Finding& a, const Finding& b) {
-    return std::tie(a.line, a.kind) < std::tie(b.line, b.kind);
+    return a.line != b.line ? a.line < b.line : a.kind < b.kind;
   });
 }
 

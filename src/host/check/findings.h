@@ -72,9 +72,9 @@ enum class Kind : std::uint8_t {
   kOverlap,
 };
 
-/// Small, since a long file may give millions: what a message needs besides is in the text that was
-/// read.
-struct Finding {
+/// Small and packed, since a file may give one for every two bytes: what a message needs besides is in
+/// the text that was read.
+struct [[gnu::packed]] Finding {
   Kind kind;
   std::uint32_t line = 0;    ///< as an editor counts; 0 for the file as a whole
   std::uint32_t at = 0;      ///< where what is to be quoted begins in the text; else another line

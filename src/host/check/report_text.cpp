@@ -46,7 +46,7 @@ void appendFinding(std::string& out, const std::string& file, const Findings& fi
                    const Finding& finding, bool colored) {
   const Severity severity = severityOf(finding.kind);
   out += file;
-  if (finding.line != 0) out += fmt::format(":{}", finding.line);
+  if (finding.line != 0) out += ":" + std::to_string(finding.line);
   out += ": ";
   if (severity != Severity::kError) {
     out += painted(severityName(severity), severity, colored) + ": ";
