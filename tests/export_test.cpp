@@ -78,7 +78,7 @@ std::optional<std::size_t> writtenWithout(long nth, FaultMode mode) {
   const fs::path folder = fs::path(first.path()).parent_path() / "out";
   Ombe::ExportOptions options;
   options.session.plugin = OMBE_PLUGIN;
-  options.output = folder.string() + "/";
+  options.choice.output = folder.string() + "/";
   options.jobs = 1;
   const std::vector<std::string> sources{first.path(), second.path()};
   bool reports = true;

@@ -23,12 +23,14 @@ room(host/session host/text host/io/failure.h host/io/environment.h host/io/desc
 room(host/writers host/session host/text host/io engine)
 room(host/play host/session host/text host/io engine)
 room(host/check host/session host/text host/io microdvd/lines text engine)
-room(host/fix host/check host/session host/text host/io microdvd/lines engine)
+room(host/batch host/text host/io host/cli/exit_code.h engine)
+room(host/fix host/batch host/check host/session host/text host/io microdvd/lines
+  host/cli/exit_code.h engine)
 room(host/validate host/session host/text host/io engine)
-room(host/export host/writers host/session host/text host/io host/check/check.h
+room(host/export host/batch host/writers host/session host/text host/io host/check/check.h
   host/check/findings.h host/cli/exit_code.h engine)
-room(host/cli host/session host/text host/io engine)
-room(host/commands host/cli host/export host/fix host/check host/play host/validate
+room(host/cli host/batch host/session host/text host/io engine)
+room(host/commands host/cli host/batch host/export host/fix host/check host/play host/validate
   host/writers host/session host/text host/io engine)
 room(host host/cli host/io)
 room(gst host/session host/text host/io host/check microdvd/lines engine)

@@ -47,6 +47,7 @@ old.txt: opens: 1 subtitle, windows-1250 (as given)
 bad.txt: will not open
 bad.txt: the plug-in refuses it; what it wants of a file is not known here: see --log
 2 files: 1 open, 1 will not
+  unexplained: 1 in 1 file
 END
 
 refused 'a MicroDVD line' '{10}{20}text\n'

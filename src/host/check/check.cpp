@@ -15,8 +15,6 @@
 namespace Ombe {
 namespace {
 
-// What one read gives at most on Linux, and a plug-in reads a file with one.
-constexpr std::uintmax_t kLargestFile = 0x7FFFF000;
 // More of a file that is not recognised is not looked at.
 constexpr std::uintmax_t kLargestUnrecognised = std::uintmax_t{64} << 20;
 

@@ -99,6 +99,8 @@ class Findings {
   [[nodiscard]] const std::deque<Finding>& kept() const { return kept_; }
   /// How many of each kind were not kept; kinds that lost none are not in it.
   [[nodiscard]] std::map<std::string_view, std::size_t> omitted() const;
+  /// How many there are of each kind, kept or not.
+  [[nodiscard]] const std::map<std::string_view, std::size_t>& counts() const { return byWord_; }
   /// Whether one of that severity was found, kept or not.
   [[nodiscard]] bool has(Severity severity) const;
 

@@ -40,6 +40,9 @@ struct Answer {
 
 Answer askPlugin(const std::string& path, const SessionOptions& options);
 
+/// What one read gives at most on Linux, and a plug-in reads a file with one.
+inline constexpr std::uintmax_t kLargestFile = 0x7FFFF000;
+
 /// The bytes of a file, at most `limit` of them. Throws Failure.
 std::string readBytes(const std::string& path, std::uintmax_t limit);
 

@@ -25,6 +25,48 @@ Option filesOption(std::vector<std::string>& files) {
           .set = into(files)};
 }
 
+Option sourcesOption(std::vector<std::string>& sources) {
+  Option option = filesOption(sources);
+  option.purpose = "Subtitle files and folders of them; - is standard input";
+  return option;
+}
+
+Option jobsOption(std::size_t& jobs) {
+  return {.names = {"-j", "--jobs"},
+          .value = "N",
+          .purpose = "Files to work on at once",
+          .range = {{1, 64}},
+          .more = "Without it, as many as there are processors.",
+          .set = into(jobs)};
+}
+
+std::vector<Option> outputOptions(OutputChoice& choice) {
+  const auto setName = [&choice](const std::string& text) {
+    choice.name = text;
+    return text.find("{stem}") != std::string::npos && text.find('/') == std::string::npos;
+  };
+  return {{.names = {"-o", "--output"},
+           .value = "OUT",
+           .purpose = "File to write, or folder for several; - is standard output",
+           .initial = choice.output,
+           .more = "An existing file, other than an input, is replaced once the new one is on "
+                   "the disk as a whole.",
+           .takesFile = true,
+           .set = into(choice.output)},
+          {.names = {"--beside"},
+           .purpose = "Write each file beside its source",
+           .set = into(choice.isBeside)},
+          {.names = {"--name"},
+           .value = "NAME",
+           .purpose = "Name of each output, such as {stem}.pl.srt, where {stem} is the source's "
+                      "name without its ending",
+           .refusal = "must hold {stem} and no slash",
+           .set = setName},
+          {.names = {"--no-clobber"},
+           .purpose = "Leave files as they are that exist",
+           .set = into(choice.keepsExisting)}};
+}
+
 Option jsonOption(bool& json) {
   return {.names = {"--json"}, .purpose = "Write JSON", .set = into(json)};
 }

@@ -22,38 +22,23 @@ ExitCode exportAsked(const Asked& asked) {
 
 std::vector<Option> ownOptions(Asked& asked) {
   ExportOptions& options = asked.options;
-  return {{.names = {"FILE"},
-           .purpose = "Subtitle files and folders of them; - is standard input",
-           .takesFile = true,
-           .isRequired = true,
-           .isRepeated = true,
-           .set = into(asked.files)},
-          {.names = {"-f", "--format"},
-           .value = "FORMAT",
-           .purpose = "Format to write",
-           .choices = writerNames(),
-           .initial = options.writer.format,
-           .more = "Without it, the ending of OUT may say another.",
-           .set = into(asked.format)},
-          {.names = {"-o", "--output"},
-           .value = "OUT",
-           .purpose = "File to write, or folder for several; - is standard output",
-           .initial = options.output,
-           .more = "An existing file, other than an input, is replaced once the new one is on "
-                   "the disk as a whole.",
-           .takesFile = true,
-           .set = into(options.output)},
-          {.names = {"-j", "--jobs"},
-           .value = "N",
-           .purpose = "Files to write at once",
-           .range = {{1, 64}},
-           .more = "Without it, as many as there are processors.",
-           .set = into(options.jobs)},
-          {.names = {"--vtt-style"},
-           .purpose = "Write colours that are none of WebVTT's eight in a style block, with which "
-                      "ffmpeg 5.1 and mpv 0.35 read no subtitle at all",
-           .set = into(options.writer.vttStyle)},
-          colorOrderOption(options.writer.colorOrder)};
+  std::vector<Option> own = outputOptions(options.choice);
+  own.insert(own.begin(), {sourcesOption(asked.files),
+                           {.names = {"-f", "--format"},
+                            .value = "FORMAT",
+                            .purpose = "Format to write",
+                            .choices = writerNames(),
+                            .initial = options.writer.format,
+                            .more = "Without it, the ending of OUT or NAME may say another.",
+                            .set = into(asked.format)}});
+  own.insert(own.end(),
+             {jobsOption(options.jobs),
+              {.names = {"--vtt-style"},
+               .purpose = "Write colours that are none of WebVTT's eight in a style block, with "
+                          "which ffmpeg 5.1 and mpv 0.35 read no subtitle at all",
+               .set = into(options.writer.vttStyle)},
+              colorOrderOption(options.writer.colorOrder)});
+  return own;
 }
 
 }  // namespace

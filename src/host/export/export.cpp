@@ -1,6 +1,9 @@
 #include "host/export/export.h"
 
-#include "host/export/export_steps.h"
+#include "host/batch/in_order.h"
+#include "host/batch/items.h"
+#include "host/batch/progress.h"
+#include "host/export/export_file.h"
 #include "host/io/messages.h"
 
 namespace Ombe {
@@ -14,29 +17,47 @@ std::string formatOf(const std::string& output, const std::string& other) {
   return other;
 }
 
-ExitCode exportOne(const std::string& source, ExportOptions options) {
-  if (options.takesEnding) {
-    options.writer.format = formatOf(options.output, options.writer.format);
+ExitCode exportOne(const std::string& source, const ExportOptions& options) {
+  const std::string& output = options.choice.output;
+  refuseOverwriting({{{NamedSource::Kind::kNamed, source, "", ""}, output}});
+  if (isKept(output, options.choice)) {
+    reportError(output + " exists");
+    return ExitCode::kDone;
   }
-  refuseOverwriting({{{NamedSource::Kind::kNamed, source, "", ""}, options.output}});
-  for (const std::string& remark : exportFile(source, options.output, options)) {
-    reportError(remark);
-  }
+  for (const std::string& remark : exportFile(source, output, options)) reportError(remark);
   return ExitCode::kDone;
+}
+
+ExitCode exportEach(std::vector<BatchItem> items, const ExportOptions& options) {
+  const Session attempt(options.session);  // without a plug-in there is one failure, not many
+  {
+    Progress progress(items.size());
+    const WriteItem write = [&options](BatchItem& item) {
+      if (!prepareOutput(item, options.choice)) return;
+      item.remarks = exportFile(item.source.path, item.output, options);
+    };
+    runInOrder(
+        items.size(), options.jobs, [&](std::size_t number) { processItem(items[number], write); },
+        [&](std::size_t number) { progress.show(items[number].source.path); });
+  }
+  return reportItems(items);
 }
 
 }  // namespace
 
-ExitCode exportSources(const std::vector<std::string>& sources, const ExportOptions& options) {
-  if (!isBatch(sources, options.output)) return exportOne(sources.front(), options);
-  if (options.output == "-") {
-    reportError("several files need a folder to go to: add -o DIR");
+ExitCode exportSources(const std::vector<std::string>& sources, ExportOptions options) {
+  const OutputChoice& choice = options.choice;
+  if (const std::string objection = objectionTo(sources, choice); !objection.empty()) {
+    reportError(objection);
     return ExitCode::kWrongUsage;
   }
-  auto items = planExport(sources, options.output, options.writer.format);
+  std::string& format = options.writer.format;
+  const bool isEach = isBatch(sources, choice);
+  if (options.takesEnding) format = formatOf(isEach ? choice.name : choice.output, format);
+  if (!isEach) return exportOne(sources.front(), options);
+  auto items = planOutputs(sources, choice, "." + format);
   refuseOverwriting(items);
-  exportItems(items, options);
-  return reportItems(items);
+  return exportEach(std::move(items), options);
 }
 
 }  // namespace Ombe

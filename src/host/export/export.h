@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/batch/outputs.h"
 #include "host/cli/exit_code.h"
 #include "host/session/session.h"
 #include "host/writers/subtitle_writer.h"
@@ -14,15 +15,15 @@ namespace Ombe {
 struct ExportOptions {
   SessionOptions session = {};
   WriterOptions writer = {};
-  bool takesEnding = false;  ///< write the format that a single output's ending stands for
-  std::string output = "-";  ///< file, folder for several, or "-" for standard output
-  std::size_t jobs = 0;      ///< threads; 0 for as many as there are processors
+  bool takesEnding = false;  ///< write the format that the ending of the output's name stands for
+  OutputChoice choice = {};
+  std::size_t jobs = 0;  ///< threads; 0 for as many as there are processors
 };
 
 /// Writes one source to the output, or several, folders among them, each to a file of its own below
 /// it. Outputs that are inputs as well are refused before anything is written. Of several sources,
 /// one that fails keeps none of the others from being written; what became of them goes to standard
 /// error. Throws Failure: for a single source, or before anything is written.
-ExitCode exportSources(const std::vector<std::string>& sources, const ExportOptions& options);
+ExitCode exportSources(const std::vector<std::string>& sources, ExportOptions options);
 
 }  // namespace Ombe

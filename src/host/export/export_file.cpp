@@ -1,10 +1,11 @@
+#include "host/export/export_file.h"
+
 #include <array>
 #include <fstream>
 #include <string_view>
 
 #include "host/check/check.h"
 #include "host/export/export.h"
-#include "host/export/export_steps.h"
 #include "host/io/input_file.h"
 #include "host/io/output_file.h"
 #include "host/session/subtitle.h"

@@ -1,9 +1,10 @@
 #include "host/fix/fix_file.h"
 
 #include <filesystem>
-#include <fstream>
 #include <utility>
 
+#include "host/check/check.h"
+#include "host/check/passes.h"
 #include "host/fix/decoding.h"
 #include "host/io/failure.h"
 #include "host/text/garbled_texts.h"
@@ -11,9 +12,6 @@
 
 namespace Ombe {
 namespace {
-
-// What one read gives at most on Linux, and a plug-in reads a file with one.
-constexpr std::uintmax_t kLargestFile = 0x7FFFF000;
 
 /// What the plug-in found in the file itself, else what a person says; empty for none.
 std::string codePageOf(const std::string& path, const SessionOptions& options) {
@@ -28,28 +26,16 @@ std::string codePageOf(const std::string& path, const SessionOptions& options) {
 }
 
 std::string readWhole(const std::string& path) {
-  const std::uintmax_t size = std::filesystem::file_size(path);
-  if (size > kLargestFile) throw Failure(path, Step::kRead, "is larger than the plug-in reads");
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  std::ifstream in(path, std::ios::binary);
-  if (!in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()))) {
-    throw Failure(path, Step::kRead, "could not be read to its end");
+  if (std::filesystem::file_size(path) > kLargestFile) {
+    throw Failure(path, Step::kRead, "is larger than the plug-in reads");
   }
-  return bytes;
+  return readBytes(path, kLargestFile);
 }
 
-/// What a file seems to be that is not mended; empty for no idea.
-std::string_view otherKind(std::string_view bytes) {
-  using std::string_view_literals::operator""sv;
+/// What a file seems to be that is not mended; empty for no idea, and for one that begins well.
+std::string otherKind(std::string_view bytes) {
   constexpr std::size_t kHead = 1024;  // bytes that tell
-  const std::string_view head = bytes.substr(0, kHead);
-  if (head.starts_with("\x00\x00\x01\xBA"sv)) return "is VobSub: pictures, not text";
-  if (head.find("WEBVTT") < 4) return "is WebVTT, not MicroDVD";
-  if (head.find("[Script Info]") < 4) return "is SubStation Alpha, not MicroDVD";
-  if (head.find(" --> ") != std::string_view::npos) return "is SubRip, not MicroDVD";
-  const bool isBinary = head.find('\0') != std::string_view::npos && head.front() != '{';
-  if (isBinary) return "is binary, not text";
-  return {};
+  return bytes.starts_with('{') ? "" : looksOf(bytes.substr(0, kHead));
 }
 
 }  // namespace
@@ -58,9 +44,9 @@ FixedText fixFile(const std::string& path, const FixOptions& options) {
   const std::string codePage = codePageOf(path, options.session);
   const std::string bytes = readWhole(path);
   DecodedText decoded = decodeBytes(bytes, codePage);
-  const std::string other(otherKind(bytes));
-  if (decoded.isUnknown && !other.empty()) throw Failure(path, Step::kProbe, other);
   if (decoded.isUnknown) {
+    if (const std::string other = otherKind(bytes); !other.empty())
+      throw Failure(path, Step::kProbe, other);
     throw Failure(path, Step::kConvert, "is not UTF-8: " + codePageAdvice(decoded.likely));
   }
   FixedText fixed{decoded.codePage, decoded.isLossy, false, {}};
@@ -70,6 +56,7 @@ FixedText fixFile(const std::string& path, const FixOptions& options) {
   }
   fixed.repair = repair(std::move(decoded.text), repairOptions);
   if (fixed.repair.text.empty()) {
+    const std::string other = otherKind(bytes);
     throw Failure(path, Step::kProbe,
                   other.empty() ? "holds no line of the form {first}{last}text" : other);
   }

@@ -1,0 +1,66 @@
+#include "host/fix/fix_report.h"
+
+#include <fmt/format.h>
+
+#include <nlohmann/json.hpp>
+
+#include "host/cli/exit_code.h"
+#include "host/io/failure.h"
+#include "host/io/json_output.h"
+
+namespace Ombe {
+
+void describe(const std::string& name, const FixedText& fixed,
+              const std::function<void(const std::string& line)>& say) {
+  const Repair& repair = fixed.repair;
+  std::string out =
+      fmt::format("{}: {}, {} lines kept, {} mended, {} dropped", name, fixed.codePage, repair.kept,
+                  repair.count(Fate::kMended), repair.count(Fate::kDropped));
+  if (const std::size_t left = repair.count(Fate::kLeft); left != 0)
+    out += fmt::format(", {} left as they play (--thorough mends them)", left);
+  if (fixed.isLossy)
+    out += "; bytes that are no characters of " + fixed.codePage + " became U+FFFD";
+  say(out);
+  for (const LineChange& change : repair.changes) {
+    std::string line =
+        fmt::format("{}:{}: {}: {}", name, change.line, fateName(change.fate), change.what);
+    if (!change.text.empty()) line += ": " + change.text;
+    say(line);
+  }
+}
+
+Json toJson(const BatchItem& item, const FixedText& fixed, bool isWritten) {
+  Json changes = Json::array();
+  for (const LineChange& change : fixed.repair.changes) {
+    changes.push_back({{"line", change.line},
+                       {"fate", fateName(change.fate)},
+                       {"what", change.what},
+                       {"text", change.text}});
+  }
+  return {{"file", item.source.path},
+          {"output", isWritten ? Json(item.output) : Json(nullptr)},
+          {"codePage", fixed.codePage},
+          {"lossy", fixed.isLossy},
+          {"opened", fixed.repair.opened},
+          {"subtitles", fixed.repair.subtitles},
+          {"kept", fixed.repair.kept},
+          {"mended", fixed.repair.count(Fate::kMended)},
+          {"left", fixed.repair.count(Fate::kLeft)},
+          {"dropped", fixed.repair.count(Fate::kDropped)},
+          {"changes", std::move(changes)}};
+}
+
+Json failureJson(const BatchItem& item) {
+  const std::string& file = item.source.path;
+  Json error = errorJson(file, stepName(Step::kRead), item.source.reason);
+  try {
+    if (item.failure) std::rethrow_exception(item.failure);
+  } catch (const Failure& failure) {
+    error = errorJson(failure);
+  } catch (const std::exception& other) {
+    error = errorJson(file, stepName(Step::kRead), other.what());
+  }
+  return {{"file", file}, {"error", std::move(error)}};
+}
+
+}  // namespace Ombe
