@@ -81,22 +81,30 @@ lock_build() {
   }
 }
 
-# Runs a build step, with its output in build/build.log, and shows that when the step fails. Says
-# WHAT is being done when it takes more than a moment.
+# How far the build tool says that it is in LOG: "[3/192]".
+progress() { tail -c 4096 "$1" 2>/dev/null | grep -oE '^\[[0-9]+/[0-9]+\]' | tail -1; }
+
+# Runs a build step, with its output in FOLDER/build.log, and shows that when the step fails. Says WHAT
+# is being done when it takes more than a moment, and how far it is: on a terminal in one line that
+# moves, elsewhere every 20 seconds.
 step() {
-  local what=$1 status results
-  shift
-  exec {results}< <(
-    "$@" >"$root/build/build.log" 2>&1 9>&- </dev/null && echo 0 || echo failed
-  )
-  if ! read -r -t 1 -u "$results" status; then
-    say "$what (log: build/build.log)"
-    read -r -u "$results" status || status=killed
-  fi
+  local what=$1 log=$2/build.log status results seconds=0
+  shift 2
+  mkdir -p "${log%/*}"
+  exec {results}< <("$@" >"$log" 2>&1 9>&- </dev/null && echo 0 || echo failed)
+  until read -r -t 1 -u "$results" status; do
+    [ $? -gt 128 ] || { status=killed; break; }
+    if [ -t 2 ]; then
+      printf '\r\033[K%s: %s %s' "$self" "$what" "$(progress "$log")" >&2
+    elif [ $((seconds++ % 20)) -eq 0 ]; then
+      say "$what $(progress "$log")"
+    fi
+  done
   exec {results}<&-
+  [ ! -t 2 ] || printf '\r\033[K' >&2
   [ "$status" != 0 ] || return 0
-  cat "$root/build/build.log" >&2
-  fail "$what failed: its messages stand above"
+  cat "$log" >&2
+  fail "$what failed: its messages stand above (and in $log)"
 }
 
 configured() { [ -e "$root/build/build.ninja" ] || [ -e "$root/build/Makefile" ]; }
@@ -117,12 +125,12 @@ configure() {
   done
   [ "$current" = no ] || return 0
   [ -e "$root/build/CMakeCache.txt" ] || generator=(-G Ninja)
-  step "configuring build/" cmake -S "$root" -B "$root/build" "${generator[@]}" \
+  step "configuring build/" "$root/build" cmake -S "$root" -B "$root/build" "${generator[@]}" \
     -DCMAKE_BUILD_TYPE:STRING=Release "${@/#/-D}"
 }
 
 # Builds TARGET... in build/.
 build() {
-  step "building in build/" \
+  step "building $* in build/" "$root/build" \
     cmake --build "$root/build" --parallel "$(processors)" --target "$@"
 }
