@@ -51,10 +51,13 @@ struct Player {
     seeks += stream->readSpeed() != 0;
     EXPECT_TRUE(stream->setReadSpeed(kSpeeds[round % 4]));
   }
-  /// Also straight, without the controller, which might keep notifications apart by its lock.
-  void notify(int round) {
+  /// Straight, without the controller, whose lock might keep threads apart.
+  void changeRate(int round) {
     const auto ratio = Ombe::SettingValue::ratio({round % 2 == 0 ? 512U : 1024U, 1});
     consumer->settingChanged(rateSetting, &ratio);
+  }
+  void notify(int round) {
+    changeRate(round);
     engine.controller.changeCodePage(round % 2 == 0 ? "CP1251" : "CP1250");
   }
   void activate(int /*round*/) {
@@ -106,15 +109,19 @@ TEST(Threads, MayReopenAndReleaseWhileOthersReadAndNotify) {
   Player player;
   const TempFile file(kContent);
   player.engine.host.keepsWithdrawn = true;
-  runTogether(3, [&](std::ptrdiff_t i, auto& together) {
+  std::atomic<Ombe::StreamInterface*> newest{player.stream};
+  runTogether(4, [&](std::ptrdiff_t i, auto& together) {
     for (int round = 0; round < kRounds / 10; ++round) {
       if (round % kStride == 0) together.arrive_and_wait();
-      if (i == 0) player.read(round);
+      if (i == 0) player.stream = newest, player.read(round);
       if (i == 1) player.notify(round);
-      if (i != 2) continue;
+      for (int change = 0; i == 2 && change < 50; ++change) player.changeRate(change);
+      if (i != 3) continue;
       EXPECT_EQ(player.engine.component.container->deactivate(false), kSuccess);
       EXPECT_EQ(player.engine.open(file.uri()), kSuccess);
       EXPECT_EQ(player.engine.activate(), kSuccess);
+      player.engine.newestStream()->setTimeSource(&player.engine.clock);
+      newest = player.engine.newestStream();
     }
   });
 }
