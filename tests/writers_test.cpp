@@ -35,5 +35,19 @@ TEST(Writers, FormatEverySubtitleForItsReaders) {
   EXPECT_EQ(makeWriter({.format = "vtx"}), nullptr);
 }
 
+TEST(Writers, LookAtAByteAFewTimesOnly) {
+  // Whatever looks from each of these to the end does not come back before the test is ended.
+  constexpr std::size_t kMany = 4000000;
+  std::string tags;
+  while (tags.size() < kMany) tags += "<b><i><font color=\"#ff00ff\">";
+  for (const std::string& text : {std::string(kMany, '<'), std::string(kMany, '-'), tags}) {
+    for (const std::string& format : writerNames()) {
+      std::string out;
+      makeWriter({.format = format})->append({0, 1, text}, out);
+      EXPECT_TRUE(out.size() > kMany / 2 && out.size() < 5 * kMany) << format;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace ombe_test
