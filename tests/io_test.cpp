@@ -1,4 +1,5 @@
 // Inputs and outputs of the host.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <grp.h>
 #include <sys/resource.h>
@@ -11,6 +12,7 @@
 #include <mutex>
 #include <thread>
 
+#include "host/io/descriptor_io.h"
 #include "host/io/failure.h"
 #include "host/io/input_file.h"
 #include "host/io/output_file.h"
@@ -104,6 +106,24 @@ TEST(OutputFile, IsNoMoreOpenThanTheOneThatItReplaces) {
     _exit(fs::status(old.path()).permissions() == fs::perms(0622) ? 0 : 2);
   };
   EXPECT_EXIT(writeAsSomebodyElse(), testing::ExitedWithCode(0), "");
+}
+
+TEST(Descriptors, ThatDoNotBlockTakeAndGiveEverything) {
+  int ends[2];
+  ASSERT_EQ(::pipe2(ends, O_NONBLOCK), 0);
+  const std::string sent(1 << 20, 'x');
+  std::thread writer([&] {
+    EXPECT_EQ(writeBytes(ends[1], sent), 0);
+    ::close(ends[1]);
+  });
+  std::string got;
+  char block[4096];
+  for (ssize_t size = 0; (size = readBytes(ends[0], block, sizeof block)) > 0;) {
+    got.append(block, static_cast<std::size_t>(size));
+  }
+  ::close(ends[0]);
+  writer.join();
+  EXPECT_TRUE(got == sent) << got.size();
 }
 
 TEST(TemporaryFiles, AreGoneWhicheverSignalEndsTheirThreads) {
