@@ -60,7 +60,7 @@ def ask_for_list(ombe, page):
 def ask_good(ombe, plugin, sample, checks, needs_all):
     with tempfile.TemporaryDirectory() as folder:
         junit = os.path.join(folder, "junit.xml")
-        arguments = [plugin, "--junit", junit] + (["--sample", sample] if sample else [])
+        arguments = [plugin, "--junit", junit, "--timeout", "600"] + (["--sample", sample] if sample else [])
         code, document = validate(ombe, *arguments)
         suite = xml.etree.ElementTree.parse(junit).getroot()
     validation = document["validation"]
@@ -73,7 +73,8 @@ def ask_good(ombe, plugin, sample, checks, needs_all):
 
 
 def ask_broken(ombe, plugin, sample, name, came):
-    code, document = validate(ombe, plugin, "--sample", sample, "--only", name, "--timeout", "2")
+    limit = "2" if came.startswith("no end") else "600"
+    code, document = validate(ombe, plugin, "--sample", sample, "--only", name, "--timeout", limit)
     check, = document["validation"]["checks"]
     expect(code == 1 and check["outcome"] == "failed" and came in check["came"],
            f"{plugin}: exit code {code}, {check}")

@@ -101,7 +101,8 @@ struct Stream final : StreamInterface {
     (*out)->duration = 1000;
     lastChunkTime = start + 1000;
 #ifdef LEAKS
-    new char[40];
+    [[maybe_unused]] static char* volatile kept;  // or else the compiler leaves it out
+    kept = new char[40];
 #endif
     return kSuccess;
   }
