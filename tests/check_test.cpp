@@ -20,7 +20,6 @@
 namespace ombe_test {
 namespace {
 
-namespace fs = std::filesystem;
 using namespace Ombe;  // NOLINT(google-build-using-namespace): the subject of every test here
 using testing::AnyOf;
 using testing::HasSubstr;

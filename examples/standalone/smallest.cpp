@@ -1,6 +1,7 @@
 // The smallest plug-in: a component that offers no interface.
 #include <ombe_core/plugin.h>
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the name that engines look up
 struct Smallest final : Ombe::Plugin {
   using Plugin::Plugin;
   Ombe::Status getInterface(const Ombe::String& /*identifier*/, void** out) override {
@@ -13,3 +14,4 @@ extern "C" OMBE_API Ombe::Status __getPlugin(Ombe::PluginContext* context, Ombe:
   *out = new Smallest(context);
   return Ombe::kSuccess;
 }
+// NOLINTEND(bugprone-reserved-identifier)

@@ -55,7 +55,7 @@ class Counts {
     out = fmt::format_to(out, ", {} failed", of(Result::kFailed));
     if (const auto count = of(Result::kUnchanged))
       out = fmt::format_to(out, ", {} unchanged", count);
-    if (const auto count = of(Result::kSkipped)) out = fmt::format_to(out, ", {} skipped", count);
+    if (const auto count = of(Result::kSkipped)) fmt::format_to(out, ", {} skipped", count);
     return text;
   }
 

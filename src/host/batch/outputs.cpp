@@ -70,7 +70,7 @@ class Planner {
  private:
   fs::path folderOf(const NamedSource& source, const fs::path& path) {
     if (choice_.isBeside) return path.parent_path();
-    const fs::path output = choice_.output;
+    fs::path output = choice_.output;
     if (source.folder.empty()) return output;
     const fs::path inside = path.lexically_relative(source.folder).parent_path();
     return output / folderName(source.folder) / inside;

@@ -72,8 +72,8 @@ enum class Kind : std::uint8_t {
   kOverlap,
 };
 
-/// Small and packed, since a file may give one for every two bytes: what a message needs besides is in
-/// the text that was read.
+/// Small and packed, since a file may give one for every two bytes: what a message needs besides is
+/// in the text that was read.
 struct [[gnu::packed]] Finding {
   Kind kind;
   std::uint32_t line = 0;    ///< as an editor counts; 0 for the file as a whole

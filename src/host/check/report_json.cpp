@@ -32,7 +32,7 @@ Json toJson(const RateUse& use) {
 Json toJson(const CheckReport& report, const Finding& finding) {
   Json json = {{"severity", severityName(severityOf(finding.kind))},
                {"kind", wordFor(finding.kind)}};
-  if (finding.line != 0) json["line"] = finding.line;
+  if (finding.line != 0) json["line"] = std::uint32_t{finding.line};  // a copy: it is packed
   json["message"] = report.findings.message(finding);
   if (finding.kind == Kind::kNotUtf8) json["codePages"] = report.likelyCodePages;
   const std::string excerpt = report.findings.excerpt(finding);

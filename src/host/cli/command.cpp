@@ -5,7 +5,8 @@ namespace Ombe {
 std::vector<Command> allCommands() {
   std::vector<Command> commands = {
       {.name = "ombe",
-       .purpose = "Checks, mends, plays and converts subtitle files with the Ombe engine's plug-ins.",
+       .purpose =
+           "Checks, mends, plays and converts subtitle files with the Ombe engine's plug-ins.",
        .footer = "Example: ombe export movie.sub -o movie.srt\nMore: ombe COMMAND --help",
        .options = {{.names = {"--version"},
                     .purpose = "Display program version information and exit"}}},

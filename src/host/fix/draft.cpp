@@ -29,7 +29,7 @@ std::int32_t endFor(std::int32_t start, std::optional<std::int32_t> next, FrameR
   const auto most =
       static_cast<std::int64_t>(std::min(kSeconds * rate.perSecond(), static_cast<double>(kLast)));
   std::int64_t end = std::min(start + most, kLast);
-  if (next && *next > start) end = std::min<std::int64_t>(end, *next);
+  if (next.value_or(start) > start) end = std::min<std::int64_t>(end, *next);
   return static_cast<std::int32_t>(end);
 }
 
