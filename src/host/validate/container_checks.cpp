@@ -115,7 +115,8 @@ void ranksNoOther(WatchedEngine& engine) {
 void keepsItsProgram(WatchedEngine& engine) {
   const UIDList first = engine.container().getProgramUIDs();
   const auto calls = engine.record.take();
-  expect(std::count(calls.begin(), calls.end(), "newUID") <= std::ptrdiff_t{first.count()},
+  expect(std::count(calls.begin(), calls.end(), "newUID") <=
+             static_cast<std::ptrdiff_t>(first.count()),
          "more UIDs were fetched than there are programs");
   const UIDList second = engine.container().getProgramUIDs();
   expectSame("getProgramUIDs, count", first.count(), second.count());
