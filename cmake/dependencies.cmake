@@ -2,5 +2,5 @@
 # version found here is the one that the host loads and that the plug-in tries first.
 find_package(Threads REQUIRED)
 find_package(Boost 1.81 REQUIRED COMPONENTS url)
-find_package(ICU REQUIRED COMPONENTS uc i18n)
+find_package(ICU REQUIRED COMPONENTS uc)
 string(REGEX MATCH "^[0-9]+" OMBE_ICU_VERSION "${ICU_VERSION}")
