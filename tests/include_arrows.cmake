@@ -28,7 +28,7 @@ room(host/fix host/batch host/check host/session host/text host/io microdvd/line
   host/cli/exit_code.h engine)
 room(host/validate host/session host/text host/io engine)
 room(host/export host/batch host/writers host/session host/text host/io host/check/check.h
-  host/check/findings.h host/cli/exit_code.h engine)
+  host/check/findings.h host/check/fitted_times.h host/cli/exit_code.h engine)
 room(host/cli host/batch host/session host/text host/io engine)
 room(host/commands host/cli host/batch host/export host/fix host/check host/play host/validate
   host/writers host/session host/text host/io engine)

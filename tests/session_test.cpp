@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <sstream>
 #include <thread>
 
+#include "host/check/fitted_times.h"
 #include "host/text/number_text.h"
 #include "ombe_core/subtitle_settings.h"
 #include "support/run_program.h"
@@ -112,6 +114,50 @@ TEST(Session, OwnsStreamsUntilWithdrawnAndReadsWhatIsDue) {
   EXPECT_EQ(chunk.timestamp(), 2000U);
   EXPECT_EQ(session.container().deactivate(false), kSuccess);
   EXPECT_EQ(session.host().selectedStream(), nullptr);
+}
+
+/// Starts of the subtitles, and the rate that is set.
+std::pair<std::vector<double>, Ratio> playedTimes(const std::string& path, const FilmTimes& times) {
+  Session session({.plugin = OMBE_PLUGIN});
+  session.open(path);
+  fitTimes(session, path, times);
+  std::pair<std::vector<double>, Ratio> played({}, {0, 1});
+  session.readToEnd([&](const Chunk& chunk) { played.first.push_back(chunk.timestamp()); });
+  SettingValue value;
+  if (session.controller().getValue(frameRateSetting(), value)) played.second = *value.asRatio();
+  return played;
+}
+
+TEST(FilmTimes, MeetBothPointsWithinAMillisecond) {
+  std::mt19937 random(1);
+  const auto below = [&random](unsigned bound) { return static_cast<unsigned>(random()) % bound; };
+  const char* const headers[] = {"", "{1}{1}25\n", "{1}{1}24000/1001\n", "{1}{1}29,97\n"};
+  for (int run = 0; run < 400; ++run) {
+    const unsigned first = below(run % 2 == 0 ? 1000 : 250000), last = first + 1 + below(250000);
+    const TempFile movie(headers[below(4)] + ("{" + std::to_string(first) + "}{9999999}a\n{" +
+                                              std::to_string(last) + "}{9999999}b\n"));
+    const std::vector<double> from = playedTimes(movie.path(), {}).first;
+    const double start = below(10000000);
+    const double end = start + std::round((from[1] - from[0]) * (100 + below(4000)) / 2000 + 1);
+    FilmTimes times{{{from[0], start}, {from[1], end}}};
+    ASSERT_EQ(objectionTo(times.points), "");
+    if (run % 3 == 0) std::swap(times.points[0], times.points[1]);
+    const std::vector<double> to = playedTimes(movie.path(), times).first;
+    SCOPED_TRACE(testing::Message() << first << " " << last << " " << start << " " << end);
+    EXPECT_NEAR(to[0], start, 1);
+    EXPECT_NEAR(to[1], end, 1);
+  }
+}
+
+TEST(FilmTimes, AreOfAUsualRateWhereThatFits) {
+  const TempFile movie("{1}{1}25\n{250}{300}a\n{150000}{150100}b\n");
+  for (const Ratio rate : kUsualRates) {
+    const double start = std::round(250 / perSecond(rate) * 1000);
+    const double end = std::round(150000 / perSecond(rate) * 1000);
+    const auto [starts, set] = playedTimes(movie.path(), {{{10000, start}, {6000000, end}}});
+    EXPECT_EQ(set.numerator, rate.numerator);
+    EXPECT_EQ(set.denominator, rate.denominator);
+  }
 }
 
 }  // namespace

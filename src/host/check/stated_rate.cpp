@@ -30,7 +30,18 @@ std::string firstLines(const std::string& path, const std::string& codePage) {
   return {};
 }
 
-/// Unset where no header line states one.
+/// The code page that a signature in the file states; empty where there is none.
+std::string signedCodePage(HostController& settings) {
+  SettingValue value;
+  if (!settings.getValue(autodetectedSetting(), value) || !value.asBoolean().value_or(false) ||
+      !settings.getValue(codePageSetting(), value) || value.asString() == nullptr) {
+    return {};
+  }
+  return std::string(view(*value.asString()));
+}
+
+}  // namespace
+
 FrameRate statedRate(std::string_view text) {
   RateInForce rate;
   while (!text.empty()) {
@@ -45,26 +56,18 @@ FrameRate statedRate(std::string_view text) {
   return {};
 }
 
-/// The code page that a signature in the file states; empty where there is none.
-std::string signedCodePage(HostController& settings) {
-  SettingValue value;
-  if (!settings.getValue(autodetectedSetting(), value) || !value.asBoolean().value_or(false) ||
-      !settings.getValue(codePageSetting(), value) || value.asString() == nullptr) {
-    return {};
-  }
-  return std::string(view(*value.asString()));
-}
-
-}  // namespace
-
-std::string fileRateText(Session& session, const std::string& path) {
+std::optional<FileRate> fileRate(Session& session, const std::string& path) {
   constexpr std::string_view kSignature = "\uFEFF";
-  if (session.container().findMediaTypeRank(toByteString("text/x-sub")) < 0) return {};
+  if (session.container().findMediaTypeRank(toByteString("text/x-sub")) < 0) return std::nullopt;
   const std::string lines = firstLines(path, signedCodePage(session.controller()));
   const std::size_t start = lines.starts_with(kSignature) ? kSignature.size() : 0;
   const FrameRate rate = statedRate(std::string_view(lines).substr(start));
-  return rate.isSet() ? fmt::format("{:.6g} fps (stated)", rate.perSecond())
-                      : fmt::format("{:.6g} fps (default)", kDefaultFrameRate.perSecond());
+  return FileRate{rate.isSet() ? rate : kDefaultFrameRate, rate.isSet()};
+}
+
+std::string rateText(const FileRate& rate) {
+  return fmt::format("{:.6g} fps ({})", rate.rate.perSecond(),
+                     rate.isStated ? "stated" : "default");
 }
 
 }  // namespace Ombe

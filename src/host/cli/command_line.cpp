@@ -31,7 +31,8 @@ void add(CLI::App& app, const Option& option) {
       names, [&option](const std::vector<std::string>& values) { store(option, values); },
       option.purpose);
   added.type_name(option.value)->required(option.isRequired)->default_str(option.initial);
-  if (!option.isRepeated) added.expected(1)->allow_extra_args(false);
+  if (!option.isRepeated) added.expected(1);
+  if (!option.isRepeated || !option.isPositional()) added.allow_extra_args(false);
   if (!option.choices.empty()) added.check(CLI::IsMember(option.choices));
   if (option.range) added.check(CLI::Range(option.range->first, option.range->second));
 }

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "host/cli/common_options.h"
+#include "host/cli/film_options.h"
 
 namespace Ombe {
 namespace {
@@ -45,13 +46,15 @@ std::vector<Option> ownOptions(Asked& asked) {
 
 Command exportCommand() {
   const auto asked = std::make_shared<Asked>();
-  return {.name = "export",
-          .purpose = "Write subtitles in another format",
-          .footer =
-              "Example: ombe export movie.sub --frame-rate 23.976 -o movie.srt\n"
-              "         ombe export -f vtt films/ -o out/",
-          .options = withSourceOptions(ownOptions(*asked), asked->options.session),
-          .run = [asked] { return exportAsked(*asked); }};
+  SessionOptions& session = asked->options.session;
+  Command command = {.name = "export",
+                     .purpose = "Write subtitles in another format",
+                     .footer =
+                         "Example: ombe export movie.sub --frame-rate 23.976 -o movie.srt\n"
+                         "         ombe export -f vtt films/ -o out/",
+                     .options = withSourceOptions(ownOptions(*asked), session),
+                     .run = [asked] { return exportAsked(*asked); }};
+  return withFilmTimes(std::move(command), asked->options.times, session);
 }
 
 }  // namespace Ombe

@@ -178,7 +178,7 @@ ExitCode info(const InfoOptions& options) {
     const FileInfo info = asNamed(input, [&] {
       session.open(input.path());
       FileInfo found = describeFile(session);
-      found.fileRate = fileRateText(session, input.path());
+      if (const auto rate = fileRate(session, input.path())) found.fileRate = rateText(*rate);
       return found;
     });
     document.update(toJson(info));

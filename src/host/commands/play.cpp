@@ -6,8 +6,10 @@
 #include <csignal>
 #include <string_view>
 
+#include "host/check/fitted_times.h"
 #include "host/check/stated_rate.h"
 #include "host/cli/common_options.h"
+#include "host/cli/film_options.h"
 #include "host/io/descriptor_io.h"
 #include "host/io/environment.h"
 #include "host/io/input_file.h"
@@ -26,6 +28,7 @@ struct Asked {
   PlayOptions play;
   ColorMode color = ColorMode::kAuto;
   SessionOptions session;
+  FilmTimes times;
 };
 
 bool isScreen() {
@@ -69,10 +72,13 @@ int run(const Asked& options) {
   Session session(options.session);
   {
     const LoadingNotice notice(onTerminal);
-    asNamed(input, [&] { session.open(input.path()); });
+    asNamed(input, [&] {
+      session.open(input.path());
+      fitTimes(session, input.path(), options.times);
+    });
     // With a rate that was chosen, the plug-in reads no header.
-    const std::string path = options.session.frameRate ? "" : input.path();
-    if (const auto rate = fileRateText(session, path); !rate.empty()) play.fileRate = rate;
+    const auto rate = fileRate(session, options.session.frameRate ? "" : input.path());
+    if (rate) play.fileRate = rateText(*rate);
     if (!options.session.codePage) play.likelyCodePages = findLikelyCodePages(session);
   }
   if (onTerminal) return playOnTerminal(session, play, depth);
@@ -130,7 +136,7 @@ Command playCommand() {
                      .options = withSourceOptions(ownOptions(*asked), asked->session),
                      .run = [asked] { return play(*asked); }};
   for (const auto& [name, meaning] : Controls::keys()) command.keys.push_back({name, meaning});
-  return command;
+  return withFilmTimes(std::move(command), asked->times, asked->session);
 }
 
 }  // namespace Ombe

@@ -8,12 +8,14 @@
 #include "host/batch/outputs.h"
 #include "host/cli/exit_code.h"
 #include "host/session/session.h"
+#include "host/session/sync.h"
 #include "host/writers/subtitle_writer.h"
 
 namespace Ombe {
 
 struct ExportOptions {
   SessionOptions session = {};
+  FilmTimes times = {};
   WriterOptions writer = {};
   bool takesEnding = false;  ///< write the format that the ending of the output's name stands for
   OutputChoice choice = {};

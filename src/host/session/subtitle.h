@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -26,9 +27,10 @@ inline std::int64_t unwrappedTime(std::uint32_t delivered, std::int32_t offsetMs
 }
 
 /// A chunk as files and people are to have it: from 0 on when the offset has it begin before that,
-/// and nothing when it has it end by then.
+/// and nothing when it has it end by then, or begin beyond the last time.
 inline std::optional<Subtitle> timedSubtitle(const Chunk& chunk, std::int32_t offsetMs) {
   const std::int64_t start = unwrappedTime(chunk.timestamp(), offsetMs);
+  if (start > std::int64_t{std::numeric_limits<std::uint32_t>::max()}) return std::nullopt;
   if (start >= 0) return Subtitle{chunk.timestamp(), chunk.duration(), chunk.text()};
   const std::int64_t end = start + static_cast<std::int32_t>(chunk.duration());
   if (end <= 0) return std::nullopt;
