@@ -26,9 +26,13 @@ SessionOptions sessionOptions(const std::string& codePage = "") {
 }
 
 /// "text|changes by line", or why not.
-std::string summary(const std::string& path, const std::string& codePage, bool thorough) {
+std::string summary(const std::string& path, const std::string& codePage, bool thorough,
+                    const std::string& sync) {
+  FilmTimes times;
+  std::istringstream points(sync);
+  for (std::string point; points >> point;) times.points.push_back(*parseSyncPoint(point));
   try {
-    const FixedText fixed = fixFile(path, {sessionOptions(codePage), thorough});
+    const FixedText fixed = fixFile(path, {sessionOptions(codePage), thorough, times});
     std::string text = fixed.repair.text + "=";
     for (const LineChange& change : fixed.repair.changes) {
       text += " " + std::to_string(change.line) + " " + fateName(change.fate) + ": " + change.what;
@@ -42,9 +46,9 @@ std::string summary(const std::string& path, const std::string& codePage, bool t
 
 TEST(Fix, MendsWhatPeopleAndProgramsGetWrong) {
   for (auto row : readTable("fix.txt")) {
-    row.resize(4);
+    row.resize(5);
     const TempFile file(row[0]);
-    EXPECT_EQ(summary(file.path(), row[2], row[3] == "thorough"), row[1]) << row[0];
+    EXPECT_EQ(summary(file.path(), row[2], row[3] == "thorough", row[4]), row[1]) << row[0];
   }
 }
 
@@ -89,6 +93,26 @@ std::optional<Chunks> played(const std::string& path, const std::string& codePag
     chunks.emplace_back(chunk.timestamp(), chunk.duration(), chunk.text());
   });
   return chunks;
+}
+
+TEST(Fix, MovesFramesToWithinHalfAFrameOfBothPoints) {
+  std::mt19937 random(1);
+  for (int run = 0; run < 200; ++run) {
+    const auto first = random() % 100000, last = first + 1000 + random() % 100000;
+    const TempFile file((run % 2 == 0 ? "{1}{1}25\n{" : "{") + std::to_string(first) +
+                        "}{999999}a\n{" + std::to_string(last) + "}{999999}b\n");
+    const Chunks before = *played(file.path(), "");
+    const auto from = [&](std::size_t i) { return double{std::get<0>(before[i]) * 1.0}; };
+    FilmTimes times{{{from(0), static_cast<double>(5000000 + random() % 5000000)}}};
+    const double stretch = static_cast<double>(80 + random() % 40) / 100;
+    const double end = times.points[0].to + std::round((from(1) - from(0)) * stretch);
+    if (run % 3 != 0) times.points.push_back({from(1), end});
+    const FixedText fixed = fixFile(file.path(), {sessionOptions(), false, times});
+    const TempFile moved(fixed.repair.text);
+    const double half = 500 / fixed.retiming->rate.perSecond() + 2;
+    for (std::size_t i = 0; i < times.points.size(); ++i)
+      EXPECT_NEAR(std::get<0>((*played(moved.path(), ""))[i]), times.points[i].to, half) << run;
+  }
 }
 
 /// Files that were well once, with the faults that they may have.

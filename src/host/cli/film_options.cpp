@@ -28,7 +28,7 @@ Option syncOption(FilmTimes& times) {
           .purpose = "What starts at FROM is to start at TO; a second one sets the rate as well",
           .more =
               "FROM is the time without this option. Times are such as 90, 1:30 or "
-              "1:02:03.5. One goes with --frame-rate, two do not, and none with --offset.",
+              "1:02:03.5. Two leave nothing for --frame-rate to say, and any for an offset.",
           .refusal = "is no pair of times such as 0:01:00=0:01:02.5",
           .isRepeated = true,
           .set = add};

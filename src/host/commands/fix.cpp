@@ -1,4 +1,5 @@
 #include "host/cli/common_options.h"
+#include "host/cli/film_options.h"
 #include "host/fix/fix_files.h"
 
 namespace Ombe {
@@ -33,13 +34,17 @@ std::vector<Option> optionsOf(FixRequest& request) {
 
 Command fixCommand() {
   const auto request = std::make_shared<FixRequest>();
-  return {.name = "fix",
-          .purpose = "Mend files so that the plug-in opens them, and say what was done",
-          .footer =
-              "Example: ombe fix movie.sub -o mended.sub\n"
-              "         ombe fix films/ -o mended/",
-          .options = optionsOf(*request),
-          .run = [request] { return fixSources(*request); }};
+  Command command = {
+      .name = "fix",
+      .purpose = "Mend files so that the plug-in opens them, and say what was done",
+      .footer =
+          "Frame numbers stay as they are, but for --sync: it moves them by whole frames, and "
+          "a header states the rate.\n"
+          "Example: ombe fix movie.sub -o mended.sub\n"
+          "         ombe fix films/ -o mended/",
+      .options = optionsOf(*request),
+      .run = [request] { return fixSources(*request); }};
+  return withFilmTimes(std::move(command), request->options.times, request->options.session);
 }
 
 }  // namespace Ombe

@@ -1,10 +1,13 @@
 #include "host/fix/fix_file.h"
 
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <utility>
 
 #include "host/check/check.h"
 #include "host/check/passes.h"
+#include "host/check/stated_rate.h"
 #include "host/fix/decoding.h"
 #include "host/io/failure.h"
 #include "host/text/garbled_texts.h"
@@ -38,6 +41,31 @@ std::string otherKind(std::string_view bytes) {
   return bytes.starts_with('{') ? "" : looksOf(bytes.substr(0, kHead));
 }
 
+std::int64_t nearestFrame(double frame) {
+  constexpr double kFar = 1e15;  // beyond every frame number
+  return std::llround(std::clamp(frame, -kFar, kFar));
+}
+
+/// What a rate that a person knows, and points, come to for the text; nothing without both.
+std::optional<Retiming> retimingFor(const std::string& path, std::string_view text,
+                                    const std::vector<SyncPoint>& points, FrameRate known) {
+  FrameRate rate = known.isSet() ? known : statedRate(text);
+  if (points.empty()) return known.isSet() ? std::optional(Retiming{rate}) : std::nullopt;
+  if (!rate.isSet()) rate = kDefaultFrameRate;
+  const double before = rate.perSecond();
+  if (points.size() == 2) {
+    const auto timing = timingFor(points.front(), points.back(), before);
+    if (!timing)
+      throw Failure(path, Step::kDeliver,
+                    "its frame rate and the points make none that can be set");
+    rate = {timing->rate.numerator, timing->rate.denominator};
+  }
+  double frames = 0;
+  for (const SyncPoint& point : points)
+    frames += (point.to * rate.perSecond() - point.from * before) / 1000;
+  return Retiming{rate, nearestFrame(frames / static_cast<double>(points.size()))};
+}
+
 }  // namespace
 
 FixedText fixFile(const std::string& path, const FixOptions& options) {
@@ -49,20 +77,18 @@ FixedText fixFile(const std::string& path, const FixOptions& options) {
       throw Failure(path, Step::kProbe, other);
     throw Failure(path, Step::kConvert, "is not UTF-8: " + codePageAdvice(decoded.likely));
   }
-  FixedText fixed{decoded.codePage, decoded.isLossy, false, {}};
+  FixedText fixed{decoded.codePage, decoded.isLossy, false, {}, {}};
   RepairOptions repairOptions{{}, options.thorough};
-  if (const auto& rate = options.session.frameRate) {
-    repairOptions.rate = {rate->numerator, rate->denominator};
-  }
+  const auto& chosen = options.times.rate ? options.times.rate : options.session.frameRate;
+  if (chosen) repairOptions.rate = {chosen->numerator, chosen->denominator};
   fixed.repair = repair(std::move(decoded.text), repairOptions);
   if (fixed.repair.text.empty()) {
     const std::string other = otherKind(bytes);
     throw Failure(path, Step::kProbe,
                   other.empty() ? "holds no line of the form {first}{last}text" : other);
   }
-  if (repairOptions.rate.isSet()) {
-    fixed.repair.text = withHeader(fixed.repair.text, repairOptions.rate);
-  }
+  fixed.retiming = retimingFor(path, fixed.repair.text, options.times.points, repairOptions.rate);
+  if (fixed.retiming) retime(fixed.repair, *fixed.retiming);
   fixed.isAsItWas = fixed.repair.text == bytes;
   return fixed;
 }

@@ -1,16 +1,19 @@
 // One file mended.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "host/fix/repair.h"
 #include "host/session/session.h"
+#include "host/session/sync.h"
 
 namespace Ombe {
 
 struct FixOptions {
   SessionOptions session = {};
   bool thorough = false;  ///< as for repair()
+  FilmTimes times = {};
 };
 
 struct FixedText {
@@ -18,11 +21,13 @@ struct FixedText {
   bool isLossy = false;    ///< bytes that are no characters of it became U+FFFD
   bool isAsItWas = false;  ///< byte for byte what the file held
   Repair repair;           ///< with at least one line
+  std::optional<Retiming> retiming = std::nullopt;  ///< that it went through
 };
 
 /// Reads and mends the file at `path`. A frame rate among the options becomes its header; its parts
-/// are below 2^31. Throws Failure when it cannot be read, when its code page is
-/// not known, and when it seems to be something else.
+/// are below 2^31. Points of which there is nothing to object become its header and move its frame
+/// numbers, by whole frames. Throws Failure when it cannot be read, when its code page is not
+/// known, when it seems to be something else, and when the points cannot be met.
 FixedText fixFile(const std::string& path, const FixOptions& options);
 
 }  // namespace Ombe

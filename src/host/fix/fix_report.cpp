@@ -18,6 +18,9 @@ void describe(const std::string& name, const FixedText& fixed,
                   repair.count(Fate::kMended), repair.count(Fate::kDropped));
   if (const std::size_t left = repair.count(Fate::kLeft); left != 0)
     out += fmt::format(", {} left as they play (--thorough mends them)", left);
+  if (fixed.retiming && fixed.retiming->frames != 0)
+    out += fmt::format("; {} frames a second, frame numbers moved by {:+}",
+                       headerText(fixed.retiming->rate), fixed.retiming->frames);
   if (fixed.isLossy)
     out += "; bytes that are no characters of " + fixed.codePage + " became U+FFFD";
   say(out);
@@ -42,6 +45,8 @@ Json toJson(const BatchItem& item, const FixedText& fixed, bool isWritten) {
           {"codePage", fixed.codePage},
           {"lossy", fixed.isLossy},
           {"opened", fixed.repair.opened},
+          {"header", fixed.retiming ? Json(headerText(fixed.retiming->rate)) : Json(nullptr)},
+          {"movedBy", fixed.retiming ? fixed.retiming->frames : 0},
           {"subtitles", fixed.repair.subtitles},
           {"kept", fixed.repair.kept},
           {"mended", fixed.repair.count(Fate::kMended)},

@@ -22,6 +22,7 @@ class Keeper {
  private:
   void keep(const SourceLine& line) {
     result_.text.append(line.text).append("\n");
+    result_.sources.push_back(line.number);
     const Head head = readHead(line.text).value_or(Head{});
     const char* first = scanLine(line.text.data()).text;
     if (first != nullptr && !takeLine(rate_, head.first, head.last, head.text)) ++result_.subtitles;

@@ -131,6 +131,7 @@ class Mender {
         isLong ? std::to_string(frameOf(draft.head.first)) : std::string(draft.head.first);
     result_.text.append("{").append(first).append("}{").append(last).append("}");
     result_.text.append(text).append("\n");
+    result_.sources.push_back(draft.line);
   }
 
   const SourceLines& source_;
