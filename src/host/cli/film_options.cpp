@@ -1,14 +1,22 @@
 #include "host/cli/film_options.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
+#include "host/io/failure.h"
+#include "host/io/film_rate.h"
 #include "host/io/messages.h"
 
 namespace Ombe {
 namespace {
 
 /// What is wrong with what was asked for; empty for nothing.
-std::string objectionTo(const FilmTimes& times, const SessionOptions& session) {
+std::string objectionTo(const FilmTimes& times, const std::string& film,
+                        const SessionOptions& session) {
+  if (!film.empty() && session.frameRate) return "--fit and --frame-rate exclude each other";
+  if (!film.empty() && times.points.size() == 2)
+    return "two --sync say all of the rate: leave --fit out, or one --sync";
   if (times.points.empty()) return {};
   if (session.offsetMs != 0) return "--sync says all of the offset: leave --offset out";
   if (times.points.size() == 2 && session.frameRate)
@@ -34,18 +42,45 @@ Option syncOption(FilmTimes& times) {
           .set = add};
 }
 
+Option fitOption(std::string& film) {
+  return {.names = {"--fit"},
+          .value = "FILM",
+          .purpose = "Take the frame rate of this film, as ffprobe or mediainfo tells it",
+          .more = "A header that states another counts for nothing and is not shown.",
+          .takesFile = true,
+          .set = into(film)};
+}
+
+/// Says what was found.
+Ratio askedRate(const std::string& film) {
+  const FilmRate found = filmRate(film);
+  reportError(fmt::format("{}: {}/{} = {:.6g} frames a second{}, as {} has it", film,
+                          found.rate.numerator, found.rate.denominator, perSecond(found.rate),
+                          found.isAverage ? " on average" : "", found.program));
+  return found.rate;
+}
+
 }  // namespace
 
 Command withFilmTimes(Command command, FilmTimes& times, const SessionOptions& session) {
   const auto place =
       std::find_if(command.options.begin(), command.options.end(),
                    [](const Option& option) { return option.names.back() == "--frame-rate"; });
-  command.options.insert(place + 1, syncOption(times));
-  command.run = [run = std::move(command.run), &times, &session] {
-    const std::string objection = objectionTo(times, session);
-    if (objection.empty()) return run();
-    reportError(objection, "Run with --help for more information.");
-    return ExitCode::kWrongUsage;
+  const auto film = std::make_shared<std::string>();
+  command.options.insert(place + 1, {fitOption(*film), syncOption(times)});
+  command.run = [run = std::move(command.run), film, &times, &session] {
+    const std::string objection = objectionTo(times, *film, session);
+    if (!objection.empty()) {
+      reportError(objection, "Run with --help for more information.");
+      return ExitCode::kWrongUsage;
+    }
+    try {
+      if (!film->empty()) times.rate = askedRate(*film);
+    } catch (const Failure& failure) {
+      reportError(failure.what());
+      return ExitCode::kWrongUsage;
+    }
+    return run();
   };
   return command;
 }

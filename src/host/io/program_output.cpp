@@ -1,0 +1,74 @@
+#include "host/io/program_output.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "host/io/descriptor_io.h"
+
+namespace Ombe {
+namespace {
+
+constexpr std::size_t kMostOutput = 4096;  // bytes
+
+/// A pipe whose ends are closed at the latest when this goes.
+struct Pipe {
+  int ends[2] = {-1, -1};
+
+  Pipe() {
+    if (::pipe2(ends, O_CLOEXEC) != 0) ends[0] = ends[1] = -1;
+  }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+  ~Pipe() {
+    close(0);
+    close(1);
+  }
+  void close(int end) {
+    if (ends[end] >= 0) ::close(ends[end]);
+    ends[end] = -1;
+  }
+};
+
+/// The process, or nothing.
+std::optional<pid_t> start(std::vector<std::string>& command, int output) {
+  std::vector<char*> words(command.size() + 1);  // the last stays null
+  std::transform(command.begin(), command.end(), words.begin(),
+                 [](std::string& word) { return word.data(); });
+  posix_spawn_file_actions_t actions;
+  if (::posix_spawn_file_actions_init(&actions) != 0) return std::nullopt;
+  pid_t process = 0;
+  const bool isStarted =
+      ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0) == 0 &&
+      ::posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO) == 0 &&
+      ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0) == 0 &&
+      ::posix_spawnp(&process, words.front(), &actions, nullptr, words.data(), environ) == 0;
+  ::posix_spawn_file_actions_destroy(&actions);
+  return isStarted ? std::optional(process) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::string> outputOf(std::vector<std::string> command) {
+  Pipe pipe;
+  const auto process = start(command, pipe.ends[1]);
+  if (!process) return std::nullopt;
+  pipe.close(1);
+  std::string output(kMostOutput, '\0');
+  std::size_t size = 0;
+  while (size < kMostOutput) {
+    const ssize_t got = readBytes(pipe.ends[0], output.data() + size, kMostOutput - size);
+    if (got <= 0) break;
+    size += static_cast<std::size_t>(got);
+  }
+  output.resize(size);
+  pipe.close(0);  // ends a program that goes on writing
+  while (::waitpid(*process, nullptr, 0) < 0 && errno == EINTR) continue;
+  return output;
+}
+
+}  // namespace Ombe
