@@ -13,6 +13,7 @@
 #include "host/text/code_page.h"
 #include "host/text/garbled_texts.h"
 #include "host/text/number_text.h"
+#include "support/paths.h"
 #include "support/run_program.h"
 #include "support/table.h"
 #include "text/converter.h"

@@ -10,6 +10,7 @@
 
 #include "host/session/plugin_library.h"
 #include "support/allocation_faults.h"
+#include "support/paths.h"
 #include "support/run_program.h"
 #include "support/table.h"
 

@@ -8,6 +8,7 @@
 #include "host/fix/fix_file.h"
 #include "host/io/failure.h"
 #include "support/fakes.h"
+#include "support/paths.h"
 #include "support/run_program.h"
 #include "support/table.h"
 

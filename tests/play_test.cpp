@@ -12,6 +12,7 @@
 #include "host/text/number_text.h"
 #include "host/text/visible_text.h"
 #include "ombe_core/subtitle_settings.h"
+#include "support/paths.h"
 #include "support/run_program.h"
 #include "support/table.h"
 

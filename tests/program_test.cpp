@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "host/text/visible_text.h"
+#include "support/paths.h"
 #include "support/run_program.h"
 #include "support/table.h"
 

@@ -10,6 +10,7 @@
 #include "host/check/fitted_times.h"
 #include "host/text/number_text.h"
 #include "ombe_core/subtitle_settings.h"
+#include "support/paths.h"
 #include "support/run_program.h"
 
 namespace ombe_test {

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "support/fakes.h"
+#include "support/paths.h"
 
 namespace ombe_test {
 namespace {

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "ombe_core/buffer_allocator.h"
+#include "support/paths.h"
 
 namespace ombe_test {
 

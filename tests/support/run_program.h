@@ -10,6 +10,7 @@
 #include <string>
 
 #include "support/fakes.h"
+#include "support/paths.h"
 
 namespace ombe_test {
 

@@ -6,6 +6,8 @@
 #include <sstream>
 #include <string_view>
 
+#include "support/paths.h"
+
 namespace ombe_test {
 
 std::vector<std::vector<std::string>> readTable(const std::string& name) {
