@@ -19,11 +19,11 @@ GstStaticPadTemplate srcTemplate = GST_STATIC_PAD_TEMPLATE(
     "src", GST_PAD_SRC, GST_PAD_ALWAYS, GST_STATIC_CAPS("text/x-raw, format=(string)pango-markup"));
 
 GstFlowReturn takeBytes(GstPad* /*pad*/, GstObject* parent, GstBuffer* buffer) {
-  constexpr std::size_t kEnough = std::size_t{1} << 31;  // more than the plug-in takes
+  constexpr std::size_t kLargestFile = std::size_t{1} << 31;  // more than the plug-in takes
   ElementState& state = *elementOf(parent)->state;
   GstFlowReturn result = GST_FLOW_EOS;
   GstMapInfo map;
-  if (!state.complete && state.bytes.size() < kEnough &&
+  if (!state.complete && state.bytes.size() < kLargestFile &&
       gst_buffer_map(buffer, &map, GST_MAP_READ)) {
     state.bytes.append(reinterpret_cast<const char*>(map.data), map.size);
     gst_buffer_unmap(buffer, &map);

@@ -33,10 +33,10 @@ struct ElementState {
   Playback playback;
   guint32 seqnum = GST_SEQNUM_INVALID;  ///< of the seek that the segment comes from
 
-  /// Of the streaming thread of `sink` until `complete`, then of the task's.
+  /// The streaming thread of `sink` may use it until `complete`, then the task's.
   std::string bytes;
 
-  /// Of the task, and of whoever holds the stream lock of `src` while it stands still.
+  /// What the task may use, and whoever holds the stream lock of `src` while it stands still.
   CueList cues;
   bool mustRead = true;     ///< the cues are not those of bytes and settings
   bool mustSegment = true;  ///< no segment was sent since the last flush

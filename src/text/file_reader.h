@@ -9,7 +9,7 @@ namespace Ombe {
 
 class SettingStore;
 
-/// As a limit: read to the end of the file.
+/// The limit that means to the end of the file.
 inline constexpr std::uint32_t kWholeFile = 0xFFFFFFFF;
 
 /// Reads `limit` bytes, and fails when the file has fewer. `out` receives them without a leading
@@ -19,8 +19,8 @@ inline constexpr std::uint32_t kWholeFile = 0xFFFFFFFF;
 /// std::bad_alloc and what the store or the log sink throws.
 bool readFile(SettingStore* store, const ByteString& path, ByteString& out, std::uint32_t limit);
 
-/// As readFile, with the bytes decoded to UTF-8 (see decodeText). False, `out` unchanged, also when
-/// they do not decode or `out` is null.
+/// Does what readFile does, with the bytes decoded to UTF-8 (see decodeText). False, `out`
+/// unchanged, also when they do not decode or `out` is null.
 bool readDecodedText(SettingStore* store, const ByteString& path, ByteString* out,
                      std::uint32_t limit);
 

@@ -66,7 +66,7 @@ class kelm_string {
   [[nodiscard]] const T* data() const noexcept { return data_; }
   [[nodiscard]] T* data() noexcept { return data_; }
 
-  /// As data(), but never null: an empty string yields a pointer to a NUL.
+  /// The same, but never null: an empty string yields a pointer to a NUL.
   [[nodiscard]] const T* c_str() const noexcept {
     static constexpr T kNothing[1] = {};
     return data_ == nullptr ? kNothing : data_;

@@ -45,7 +45,7 @@ class Counts {
     return counts_.at(static_cast<std::size_t>(result));
   }
 
-  /// As words, without allocating: five numbers and the words between them fit.
+  /// Made without allocating: five numbers and the words between them fit.
   [[nodiscard]] std::array<char, 256> text() const {
     std::array<char, 256> text{};
     const std::size_t replaced = of(Result::kReplaced);

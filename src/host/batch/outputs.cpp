@@ -95,7 +95,7 @@ class Planner {
 
 using FileId = std::pair<dev_t, ino_t>;
 
-/// Of the regular file behind a name; "-" is the standard stream of that number.
+/// Identifies the regular file behind a name; "-" is the standard stream of that number.
 std::optional<FileId> regularFile(const std::string& path, int standard) {
   struct stat file {};
   const int result = path == "-" ? ::fstat(standard, &file) : ::stat(path.c_str(), &file);

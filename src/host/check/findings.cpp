@@ -76,7 +76,7 @@ constexpr KindDescription kDescriptions[] = {
     {Kind::kNotUtf8, kWarning, "not-utf-8", "not UTF-8<detail>"},
     {Kind::kIsUtf8, kWarning, "code-page",
      "its texts are UTF-8, but are read as <detail>, as asked for", true},
-    {Kind::kForeignBytes, kWarning, "code-page", "holds bytes that are no characters of <detail>",
+    {Kind::kNoCharacters, kWarning, "code-page", "holds bytes that are no characters of <detail>",
      true},
     {Kind::kSingleCharacter, kWarning, "code-page",
      "is one character alone, which is not converted", true},
@@ -98,7 +98,7 @@ constexpr KindDescription kDescriptions[] = {
      "has a negative frame number, which counts as a very late one", true},
     {Kind::kNoTime, kWarning, "no-time", "ends when it starts, so it is hardly seen", true},
     {Kind::kEndBeforeStart, kWarning, "end-before-start", "ends <seconds> before it starts"},
-    {Kind::kLong, kWarning, "long", "stays for <seconds>"},
+    {Kind::kLongShown, kWarning, "long", "stays for <seconds>"},
     {Kind::kOverlap, kWarning, "overlap",
      "begins <seconds> before the subtitle of line <other> ends"},
 };

@@ -56,7 +56,7 @@ enum class Kind : std::uint8_t {
   kFastRate,
   kNotUtf8,
   kIsUtf8,
-  kForeignBytes,
+  kNoCharacters,
   kSingleCharacter,
   kBrokenCharacter,
   kUnknownStyle,
@@ -68,7 +68,7 @@ enum class Kind : std::uint8_t {
   kNegativeFrame,
   kNoTime,
   kEndBeforeStart,
-  kLong,
+  kLongShown,
   kOverlap,
 };
 

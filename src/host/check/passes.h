@@ -18,7 +18,7 @@ namespace Ombe {
 
 /// What the plug-in said of a file.
 struct Answer {
-  /// Of many times, told apart by their sums, since a file may have millions.
+  /// Many times, told apart by their sums, since a file may have millions.
   struct Times {
     std::uint64_t count = 0;
     std::uint64_t starts = 0;
@@ -110,8 +110,8 @@ class TextCheck {
   std::string codePage_;
   std::unique_ptr<CodePageReader> reader_;  // null for UTF-8
   GarbledTexts garbled_;
-  TextLine garbledLine_{};  // the first
-  TextLine foreignLine_{};  // the first with a letter beyond ASCII
+  TextLine garbledLine_{};   // the first
+  TextLine nonAsciiLine_{};  // the first with a letter beyond ASCII
 };
 
 /// Adds the first code that will be shown as text, and a slash before a line other than the first.

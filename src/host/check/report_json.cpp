@@ -40,7 +40,7 @@ Json toJson(const CheckReport& report, const Finding& finding) {
   return json;
 }
 
-/// Of the file as a whole when there is one, else of its first bad line.
+/// What is wrong with the file as a whole if anything is, else with its first bad line.
 std::string firstError(const Findings& findings) {
   for (const Finding& finding : findings.kept()) {
     if (severityOf(finding.kind) != Severity::kError) continue;

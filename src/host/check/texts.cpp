@@ -30,14 +30,14 @@ void TextCheck::take(const TextLine& text) {
   const bool isGarbled = garbled_.take(text.text);
   if (reader_ != nullptr) convert(text);
   if (isGarbled && garbled_.count() == 1) garbledLine_ = text;
-  if (!isGarbled && foreignLine_.number == 0 && !isAscii(text.text)) foreignLine_ = text;
+  if (!isGarbled && nonAsciiLine_.number == 0 && !isAscii(text.text)) nonAsciiLine_ = text;
 }
 
 void TextCheck::convert(const TextLine& text) {
   const std::optional<std::string> converted = reader_->read(text.text);
   const auto bars = [](std::string_view in) { return std::count(in.begin(), in.end(), '|'); };
   if (!converted || holdsUnused(*converted)) {
-    findings_.add({Kind::kForeignBytes, text.number, text.at}, codePage_);
+    findings_.add({Kind::kNoCharacters, text.number, text.at}, codePage_);
   } else if (bars(text.text) > bars(*converted)) {
     findings_.add({Kind::kBrokenCharacter, text.number, text.at});
   } else if (*converted != text.text && nextUtf8Piece(*converted).length == converted->size()) {
@@ -47,8 +47,8 @@ void TextCheck::convert(const TextLine& text) {
 
 std::vector<std::string> TextCheck::finish() {
   if (garbled_.count() == 0) {
-    if (reader_ != nullptr && foreignLine_.number != 0 && !reader_->isUtf8()) {
-      findings_.add({Kind::kIsUtf8, foreignLine_.number, foreignLine_.at}, codePage_);
+    if (reader_ != nullptr && nonAsciiLine_.number != 0 && !reader_->isUtf8()) {
+      findings_.add({Kind::kIsUtf8, nonAsciiLine_.number, nonAsciiLine_.at}, codePage_);
     }
     return {};
   }

@@ -19,7 +19,7 @@ void checkTiming(std::vector<TimedLine>& subtitles, Findings& findings) {
       add(Kind::kEndBeforeStart, now, now.start - now.end);
       continue;
     }
-    if (now.end - now.start > kLongestUsual) add(Kind::kLong, now, now.end - now.start);
+    if (now.end - now.start > kLongestUsual) add(Kind::kLongShown, now, now.end - now.start);
     if (latest != nullptr && now.start < latest->end) {
       add(Kind::kOverlap, now, latest->end - now.start);
     }

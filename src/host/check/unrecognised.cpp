@@ -29,7 +29,7 @@ const unsigned char* unsignedBytes(std::string_view bytes) {
   return reinterpret_cast<const unsigned char*>(bytes.data());
 }
 
-/// As the plug-in reads it to recognise it: the head, or the whole text where the head is none.
+/// What the plug-in recognises it by: the head, or the whole text where the head is none.
 std::optional<std::string> textToRecognise(std::string_view bytes, const std::string& codePage) {
   if (bytes.size() >= kHead) {
     if (auto head = decodedText(bytes.substr(0, kHead), codePage)) return head;

@@ -72,7 +72,7 @@ void describeSettings(HostController& settings, FileInfo& info) {
   if (settings.getValue(autodetectedSetting(), value)) info.autodetected = value.asBoolean();
 }
 
-/// Of a session that has a source open; reads it to its end.
+/// Reads the open source of the session to its end.
 FileInfo describeFile(Session& session) {
   FileInfo info{};
   ContainerInterface& container = session.container();

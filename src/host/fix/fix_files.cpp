@@ -30,8 +30,8 @@ std::string objectionTo(const FixRequest& request) {
   const bool isPlaced = choice.output != "-" || choice.isBeside || !choice.name.empty();
   if (request.inPlace && isPlaced) return "--in-place leaves nothing for -o, --beside and --name";
   const auto& rate = request.options.session.frameRate;
-  constexpr std::uint32_t kMost = std::numeric_limits<std::int32_t>::max();
-  if (rate && std::max(rate->numerator, rate->denominator) > kMost)
+  constexpr std::uint32_t kLargest = std::numeric_limits<std::int32_t>::max();
+  if (rate && std::max(rate->numerator, rate->denominator) > kLargest)
     return "--frame-rate is too large";
   if (!request.hasOutputs()) return {};
   if (std::string objection = objectionTo(request.sources, choice); !objection.empty())

@@ -11,8 +11,8 @@ namespace Ombe {
 /// error number, 0 for success. One thread at a time for each descriptor.
 [[nodiscard]] int writeBytes(int descriptor, std::string_view bytes);
 
-/// As read(2), but waits for data, or the end, where a descriptor that does not block has none yet,
-/// and goes on after a signal.
+/// Does what read(2) does, but waits for data, or the end, where a descriptor that does not block
+/// has none yet, and goes on after a signal.
 [[nodiscard]] ssize_t readBytes(int descriptor, char* buffer, std::size_t size);
 
 }  // namespace Ombe

@@ -5,11 +5,11 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
 #include "host/io/descriptor_io.h"
+#include "host/io/environment.h"
 #include "host/io/failure.h"
 #include "host/io/temporary_files.h"
 #include "host/text/utf8_scan.h"
@@ -54,8 +54,8 @@ InputFile::~InputFile() {
 
 template <typename Fill>
 void InputFile::makeTemporary(const Fill& fill) {
-  const char* folder = std::getenv("TMPDIR");
-  descriptor_ = openUnnamed(folder == nullptr || *folder == '\0' ? "/tmp" : folder, 0600);
+  const std::string_view folder = environment("TMPDIR");
+  descriptor_ = openUnnamed(folder.empty() ? "/tmp" : std::string(folder), 0600);
   const int error = descriptor_ < 0 ? errno : fill(descriptor_);
   if (error == 0) return nameDescriptor(name_ + ".sub");
   if (descriptor_ >= 0) ::close(descriptor_);

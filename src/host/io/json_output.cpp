@@ -24,7 +24,7 @@ std::string base64(std::string_view bytes) {
   return out.replace(out.size() - missing, missing, missing, '=');
 }
 
-bool isForeignName(std::string_view member, const Json& value) {
+bool needsBytes(std::string_view member, const Json& value) {
   return (member == "file" || member == "output" || member == "path") && value.is_string() &&
          !isUtf8(value.get_ref<const std::string&>());
 }
@@ -37,7 +37,7 @@ void addBytes(Json& json) {
   std::vector<std::pair<std::string, Json>> added;
   for (const auto& [member, value] : json.items()) {
     if (value.is_structured()) addBytes(value);
-    if (isForeignName(member, value)) added.push_back(bytesOf(member, value));
+    if (needsBytes(member, value)) added.push_back(bytesOf(member, value));
   }
   for (auto& [member, value] : added) json[member] = std::move(value);
 }
@@ -66,7 +66,7 @@ void JsonWriter::begin(char bracket, std::string_view name) {
 void JsonWriter::value(Json json, std::string_view name) {
   if (json.is_structured()) addBytes(json);
   write(json, name);
-  if (!isForeignName(name, json)) return;
+  if (!needsBytes(name, json)) return;
   const auto [member, bytes] = bytesOf(name, json);
   write(bytes, member);
 }

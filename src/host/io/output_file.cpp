@@ -22,8 +22,8 @@ namespace {
 
 /// Where links lead that end at no file yet.
 std::string behindLinks(fs::path path) {
-  constexpr int kMost = 40;  // as the system follows; links may change meanwhile
-  for (int count = 0; count < kMost; ++count) {
+  constexpr int kLinkCount = 40;  // as the system follows; links may change meanwhile
+  for (int count = 0; count < kLinkCount; ++count) {
     std::error_code error;
     const fs::path next = fs::read_symlink(path, error);
     if (error) break;

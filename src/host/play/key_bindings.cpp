@@ -6,7 +6,7 @@ namespace Ombe {
 struct Controls::Binding {
   KeyPress press;
   void (*act)(Controls&);
-  // Of the second key of a pair, the first says it.
+  // The first key of a pair says these for the second.
   const char* name = nullptr;
   const char* meaning = nullptr;
   const char* shown = nullptr;  // when help is asked for

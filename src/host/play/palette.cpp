@@ -71,13 +71,6 @@ std::string colorCode(Color color, ColorDepth depth) {
 
 }  // namespace
 
-ColorDepth terminalColorDepth(std::string_view colorTerm, std::string_view term) {
-  if (colorTerm == "truecolor" || colorTerm == "24bit" || term.ends_with("-direct")) {
-    return ColorDepth::kTrue;
-  }
-  return term.find("256color") != std::string_view::npos ? ColorDepth::k256 : ColorDepth::k16;
-}
-
 void appendStyled(std::string& out, const Span& span, ColorDepth depth) {
   std::string code;
   if (span.style.bold) code += ";1";

@@ -2,17 +2,11 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
+#include "host/io/color_choice.h"
 #include "host/text/markup.h"
 
 namespace Ombe {
-
-/// From nothing but the text, over bold and italics alone, to all colours.
-enum class ColorDepth { kNoStyle, kNoColor, k16, k256, kTrue };
-
-/// What a terminal can show by its COLORTERM and TERM, which may be empty.
-ColorDepth terminalColorDepth(std::string_view colorTerm, std::string_view term);
 
 /// Appends the text in its style and goes back to the plain style; colours become the nearest that
 /// there is.

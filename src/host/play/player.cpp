@@ -31,7 +31,7 @@ void Player::advance(microseconds real) {
   // At most an hour in one step, which keeps the product in range at any speed.
   const microseconds step = std::min<microseconds>(real, std::chrono::hours(1)) * speed_ / 1000;
   position_ = std::clamp<microseconds>(from + step, microseconds(0), milliseconds(kEnd));
-  settle(from);
+  catchUp(from);
 }
 
 void Player::seek(std::int64_t milliseconds) {
@@ -57,7 +57,7 @@ void Player::refresh() {
   // Forward the stream goes to what has not ended at that time, backward to what began before it.
   const std::int64_t target = forward() ? position() - kLeastShown : position() + 1;
   session_.stream().seekStream(entryTime(target), nullptr, true);
-  settle(position_);
+  catchUp(position_);
 }
 
 bool Player::isAtEnd() const {
@@ -98,7 +98,7 @@ Caption Player::makeCaption(const Chunk& chunk) const {
 }
 
 /// After a change of the position, which was `from` before.
-void Player::settle(microseconds from) {
+void Player::catchUp(microseconds from) {
   session_.clock().set(
       static_cast<std::int32_t>(std::min<std::int64_t>(position(), PlaybackClock::kEnd)));
   readDue();

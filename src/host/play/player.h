@@ -61,7 +61,7 @@ class Player {
   [[nodiscard]] bool forward() const { return speed_ > 0; }
   [[nodiscard]] std::uint32_t entryTime(std::int64_t milliseconds) const;
   [[nodiscard]] Caption makeCaption(const Chunk& chunk) const;
-  void settle(std::chrono::microseconds from);
+  void catchUp(std::chrono::microseconds from);
   void readDue();
   void announce(std::int64_t from);
   void dropPast();

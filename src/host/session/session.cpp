@@ -75,9 +75,9 @@ bool Session::ask(const std::string& file, const Question& question) {
   const FailedReads failed;
   if (question(source)) return true;  // it could not be read a moment ago
   if (failed.last().empty()) return false;
-  const std::string trouble = readTrouble(file, failed.last());
-  if (trouble.empty()) return false;
-  throw Failure(file, Step::kRead, "cannot be read: " + trouble);
+  const std::string reason = reasonOfFailedRead(file, failed.last());
+  if (reason.empty()) return false;
+  throw Failure(file, Step::kRead, "cannot be read: " + reason);
 }
 
 void Session::activate() {

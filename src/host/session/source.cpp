@@ -53,7 +53,7 @@ void requireReadable(const std::string& file) {
   }
 }
 
-std::string readTrouble(const std::string& file, const std::string& record) {
+std::string reasonOfFailedRead(const std::string& file, const std::string& record) {
   std::int64_t wanted = 0;
   std::int64_t got = -1;
   std::sscanf(record.c_str(), "Tried to read %" SCNd64 " bytes, got %" SCNd64, &wanted, &got);

@@ -14,6 +14,6 @@ void requireReadable(const std::string& file);
 /// What is behind a plug-in's log record of a read of the file that failed: the system's reason
 /// where there still is one, else the record itself. Empty where nothing is: a head was asked for
 /// and the file is shorter.
-std::string readTrouble(const std::string& file, const std::string& record);
+std::string reasonOfFailedRead(const std::string& file, const std::string& record);
 
 }  // namespace Ombe

@@ -131,7 +131,7 @@ void bearsALogThatAsks(Playing& playing) {
   expect(readAll(playing.stream) == logged, "with a log that asks the stream it reads otherwise");
 }
 
-/// As a controller does that tells another component of it at once.
+/// Does as a controller that tells another component of it at once.
 void bearsSettingsThatAreTold(Playing& playing) {
   WatchedEngine& engine = playing.engine;
   const auto entries = readAll(playing.stream);

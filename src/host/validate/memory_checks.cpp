@@ -9,7 +9,7 @@
 #include "ombe_core/setting_consumer.h"
 #include "ombe_core/subtitle_settings.h"
 
-// Of the sanitizers, which have heaps of their own.
+// The sanitizers have it, with heaps of their own.
 extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_bytes();  // NOLINT
 
 namespace Ombe {

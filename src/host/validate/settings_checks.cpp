@@ -163,7 +163,7 @@ constexpr ContractCheck kChecks[] = {
      ignoresNoController},
     {"settings.no-controller", kTables, "everything is answered without a controller",
      needsNoController},
-    {"settings.foreign", kSettings, "changes of settings that are none of its own change nothing",
+    {"settings.others", kSettings, "changes of settings that are none of its own change nothing",
      ignoresWhatIsNotIts},
     {"settings.any-value", kSettings, "a notification bears any value, of any tag, and none",
      bearsAnyValue},

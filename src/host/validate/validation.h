@@ -50,7 +50,7 @@ void writeText(const Judgement& judgement, bool colored, OutputFile& output);
 void writeSummary(const Validation& validation, OutputFile& output);
 nlohmann::ordered_json toJson(const ContractCheck& check);
 nlohmann::ordered_json toJson(const Validation& validation);
-/// As JUnit's XML, which build servers read.
+/// The report in JUnit's XML, which build servers read.
 std::string junitXml(const Validation& validation);
 
 }  // namespace Ombe

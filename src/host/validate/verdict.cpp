@@ -28,9 +28,9 @@ std::string where;
 Outcome failure = Outcome::kFailed;
 
 void send(Outcome outcome, std::string_view came) {
-  constexpr std::size_t kMost = 4000;  // a pipe takes it at once, whoever reads
+  constexpr std::size_t kMessageSize = 4000;  // a pipe takes it at once, whoever reads
   std::string message(1, static_cast<char>(outcome));
-  message.append(where).append(came.substr(0, kMost - where.size()));
+  message.append(where).append(came.substr(0, kMessageSize - where.size()));
   static_cast<void>(writeBytes(reportDescriptor, message));
 }
 

@@ -33,7 +33,7 @@ class WatchedEngine {
 
   bool probe(const std::string& uri, FormatRequirementList* missing = nullptr);
   Status open(const std::string& uri);
-  /// Of the first program.
+  /// Activates the first program.
   Status activate();
   /// Opens, activates, gives the selected stream the clock, which stands at its end.
   StreamInterface& play(const std::string& sample);

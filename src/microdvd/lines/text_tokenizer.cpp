@@ -5,7 +5,7 @@
 namespace Ombe {
 namespace {
 
-/// As strspn, without its preparations, since most runs hold one or two.
+/// Does what strspn does, without its preparations, since most runs hold one or two.
 char* skipDelimiters(char* at, const char* delimiters) {
   while (*at != '\0' && std::strchr(delimiters, *at) != nullptr) ++at;
   return at;
