@@ -2,10 +2,10 @@
 
 #include <exception>
 #include <filesystem>
-#include <fstream>
 #include <new>
 
 #include "host/check/passes.h"
+#include "host/io/descriptor_io.h"
 #include "host/io/failure.h"
 #include "host/io/input_file.h"
 #include "host/session/source.h"
@@ -68,9 +68,9 @@ void explain(const std::string& path, const Answer& answer, const SessionOptions
   const bool isRecognised = answer.failed != Step::kProbe;
   if (isTooLarge) findings.add({Kind::kSize});
   if (!isRecognised) {
-    explainUnrecognised(readBytes(path, kLargestUnrecognised), answer, findings);
+    explainUnrecognised(readFile(path, kLargestUnrecognised), answer, findings);
   } else if (!isTooLarge) {
-    std::string bytes = readBytes(path, size);
+    std::string bytes = readFile(path, size);
     if (answer.failed && !answer.hasSignature && isWide(bytes)) findings.add({Kind::kWide});
     findings.setText(textOf(std::move(bytes), answer, findings));
     FrameRate user;
@@ -112,16 +112,6 @@ Answer askPlugin(const std::string& path, const SessionOptions& options) {
     if (failure.step() != Step::kOpen) answer.reason = failure.reason();
   }
   return answer;
-}
-
-std::string readBytes(const std::string& path, std::uintmax_t limit) {
-  const std::uintmax_t size = std::min(std::filesystem::file_size(path), limit);
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  std::ifstream in(path, std::ios::binary);
-  if (!in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()))) {
-    throw Failure(path, Step::kRead, "could not be read to its end");
-  }
-  return bytes;
 }
 
 CheckReport unreadable(const std::string& name, const std::string& reason) {

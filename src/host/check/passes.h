@@ -43,9 +43,6 @@ Answer askPlugin(const std::string& path, const SessionOptions& options);
 /// What one read gives at most on Linux, and a plug-in reads a file with one.
 inline constexpr std::uintmax_t kLargestFile = 0x7FFFF000;
 
-/// The bytes of a file, at most `limit` of them. Throws Failure.
-std::string readBytes(const std::string& path, std::uintmax_t limit);
-
 /// The bytes decoded as the plug-in does it where it decodes a whole text: from the code page of
 /// their signature, else from the one named. Nothing where that fails.
 std::optional<std::string> decodedText(std::string_view bytes, const std::string& codePage);

@@ -3,9 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <fstream>
 #include <string_view>
 
+#include "host/io/descriptor_io.h"
 #include "host/session/session.h"
 #include "host/text/code_page.h"
 #include "microdvd/lines/rate_in_force.h"
@@ -17,10 +17,7 @@ namespace {
 /// Whole lines from the beginning of the file, as the plug-in splits them.
 std::string firstLines(const std::string& path, const std::string& codePage) {
   constexpr std::size_t kEnd = std::size_t{1} << 16;  // bytes; a header comes before every text
-  std::string head(kEnd, '\0');
-  std::ifstream file(path, std::ios::binary);
-  file.read(head.data(), kEnd);
-  head.resize(static_cast<std::size_t>(file.gcount()));
+  std::string head = readFile(path, kEnd);
   if (codePage.empty() || !isKnownCodePage(codePage)) return head;
   // The end of the head may be half a character, which would refuse all of it.
   CodePageReader reader(codePage);
@@ -59,7 +56,8 @@ FrameRate statedRate(std::string_view text) {
 std::optional<FileRate> fileRate(Session& session, const std::string& path) {
   constexpr std::string_view kSignature = "\uFEFF";
   if (session.container().findMediaTypeRank(toByteString("text/x-sub")) < 0) return std::nullopt;
-  const std::string lines = firstLines(path, signedCodePage(session.controller()));
+  const std::string lines =
+      path.empty() ? path : firstLines(path, signedCodePage(session.controller()));
   const std::size_t start = lines.starts_with(kSignature) ? kSignature.size() : 0;
   const FrameRate rate = statedRate(std::string_view(lines).substr(start));
   return FileRate{rate.isSet() ? rate : kDefaultFrameRate, rate.isSet()};

@@ -121,7 +121,7 @@ Totals checkAsJson(const CheckOptions& options) {
     json.finish("summary", toJson(totals));
     return totals;
   } catch (const Failure& failure) {
-    json.finish("error", errorJson(failure));
+    if (failure.step() != Step::kWrite) json.finish("error", errorJson(failure));
     throw;
   }
 }

@@ -1,12 +1,9 @@
 #include "host/export/export_file.h"
 
-#include <array>
-#include <fstream>
-#include <string_view>
-
 #include "host/check/check.h"
 #include "host/check/fitted_times.h"
 #include "host/export/export.h"
+#include "host/io/descriptor_io.h"
 #include "host/io/input_file.h"
 #include "host/io/output_file.h"
 #include "host/session/subtitle.h"
@@ -55,10 +52,8 @@ std::vector<std::string> exportSession(Session& session, const InputFile& input,
 
 /// What a file that is not recognised looks like; empty for no idea.
 std::string looksOfFile(const InputFile& input) {
-  std::array<char, 1024> head{};
-  std::ifstream file(input.path(), std::ios::binary);
-  file.read(head.data(), head.size());
-  return looksOf(std::string_view(head.data(), static_cast<std::size_t>(file.gcount())));
+  constexpr std::size_t kHead = 1024;  // bytes that tell
+  return looksOf(readFile(input.path(), kHead));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "host/check/passes.h"
 #include "host/check/stated_rate.h"
 #include "host/fix/decoding.h"
+#include "host/io/descriptor_io.h"
 #include "host/io/failure.h"
 #include "host/text/garbled_texts.h"
 #include "ombe_core/subtitle_settings.h"
@@ -32,7 +33,7 @@ std::string readWhole(const std::string& path) {
   if (std::filesystem::file_size(path) > kLargestFile) {
     throw Failure(path, Step::kRead, "is larger than the plug-in reads");
   }
-  return readBytes(path, kLargestFile);
+  return readFile(path, kLargestFile);
 }
 
 /// What a file seems to be that is not mended; empty for no idea, and for one that begins well.

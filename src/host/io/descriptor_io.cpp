@@ -1,9 +1,15 @@
 #include "host/io/descriptor_io.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+#include "host/io/failure.h"
 
 namespace Ombe {
 namespace {
@@ -16,6 +22,18 @@ bool isToBeRepeated(int descriptor, short awaited) {
   pollfd source{descriptor, awaited, 0};
   ::poll(&source, 1, -1);  // when this fails, the call tells
   return true;
+}
+
+/// Reads what the string has room for, and shortens it to what there was. False on an error.
+bool fill(std::string& bytes, int file) {
+  std::size_t size = 0;
+  ssize_t got = 0;
+  do {
+    got = readBytes(file, bytes.data() + size, bytes.size() - size);
+    if (got > 0) size += static_cast<std::size_t>(got);
+  } while (got > 0 && size < bytes.size());
+  bytes.resize(size);
+  return got >= 0;
 }
 
 }  // namespace
@@ -38,6 +56,17 @@ ssize_t readBytes(int descriptor, char* buffer, std::size_t size) {
     got = ::read(descriptor, buffer, size);
   } while (got < 0 && isToBeRepeated(descriptor, POLLIN));
   return got;
+}
+
+std::string readFile(const std::string& path, std::uintmax_t limit) {
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(path.c_str(), error);
+  std::string bytes(error ? 0 : static_cast<std::size_t>(std::min(size, limit)), '\0');
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_LARGEFILE);
+  if (!error && (file < 0 || !fill(bytes, file))) error.assign(errno, std::generic_category());
+  if (file >= 0) ::close(file);
+  if (error) throw Failure(path, Step::kRead, "cannot be read: " + error.message());
+  return bytes;
 }
 
 }  // namespace Ombe

@@ -3,6 +3,8 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace Ombe {
@@ -14,5 +16,8 @@ namespace Ombe {
 /// Does what read(2) does, but waits for data, or the end, where a descriptor that does not block
 /// has none yet, and goes on after a signal.
 [[nodiscard]] ssize_t readBytes(int descriptor, char* buffer, std::size_t size);
+
+/// The file from its beginning, at most `limit` bytes of it. Throws Failure.
+std::string readFile(const std::string& path, std::uintmax_t limit);
 
 }  // namespace Ombe

@@ -115,7 +115,7 @@ int OutputFile::giveName(const TemporaryName& name) {
   if (::stat(target_.c_str(), &replaced) == 0) makeLike(replaced, copy);
   int error = copyWhole(descriptor_, copy);
   if (error == 0) error = syncToDisk(copy);
-  if (::close(copy) != 0 && error == 0) error = errno;
+  if (::close(copy) != 0 && errno != EINTR && error == 0) error = errno;
   if (error != 0) ::unlink(name.path());
   return error;
 }
@@ -153,7 +153,8 @@ void OutputFile::close() {
   if (descriptor_ == STDOUT_FILENO) return;
   const int descriptor = descriptor_;
   descriptor_ = -1;
-  if (::close(descriptor) != 0) fail(errno);
+  // It is closed whatever was said, and what mattered was synced.
+  if (::close(descriptor) != 0 && errno != EINTR) fail(errno);
 }
 
 void OutputFile::fail(int error) const {

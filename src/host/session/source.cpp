@@ -27,7 +27,8 @@ int errorReading(const std::string& file) {
   do {
     got = readBytes(descriptor, block.data(), block.size());
   } while (got > 0);
-  const int error = got < 0 ? errno : 0;
+  // A plug-in also asks where the end is.
+  const int error = got < 0 || ::lseek(descriptor, 0, SEEK_END) < 0 ? errno : 0;
   ::close(descriptor);
   return error;
 }
