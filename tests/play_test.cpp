@@ -22,6 +22,7 @@ namespace {
 using namespace Ombe;  // NOLINT(google-build-using-namespace): the subject of every test here
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::StartsWith;
 using Texts = std::pair<const char*, const char*>;
 
 /// "[bi#00ff00:text]" for a span, "/" between lines.
@@ -125,7 +126,7 @@ TEST(Playing, IsControlledByKeys) {
   Session session({.plugin = OMBE_PLUGIN});
   session.open(movie.path());
   Player player(session);
-  Tuning tuning(session.controller(), {"IBM852"}, "25 fps (stated)");
+  Tuning tuning(session.controller(), {"IBM852"}, {"25 fps (stated)", 25});
   Controls controls(player, tuning, ColorOrder::kBgr);
   KeyDecoder decoder;
   const auto type = [&](std::string_view keys) {
@@ -146,7 +147,7 @@ TEST(Playing, IsControlledByKeys) {
   session.host().setValue(autodetectedSetting(), SettingValue::boolean(true));
   EXPECT_THAT(type("c").message, HasSubstr("signature"));
   session.controller().setValue(frameRateSetting(), SettingValue::ratio({12, 1}));
-  EXPECT_EQ(Tuning(session.controller(), {}, "").frameRateName(), "12 fps");
+  EXPECT_EQ(Tuning(session.controller(), {}, {}).frameRateName(), "12 fps");
   type("\x1B[15");
   EXPECT_TRUE(decoder.isWaiting());
   EXPECT_TRUE(decoder.flush().empty()) << "a sequence that breaks off is no key";
@@ -251,6 +252,45 @@ TEST(Terminal, SeesNoTimePassWhileTheProgramIsStopped) {
   EXPECT_LE(std::chrono::milliseconds(parseTime(terminal.passed).value_or(1000000)), running());
   terminal.type("q");
   EXPECT_THAT(terminal.ended(), EndsWith("0"));
+}
+
+/// Of JSON lines, with blanks between.
+std::string startsOf(const std::string& lines) {
+  constexpr std::string_view kName = "\"timestamp\": ";
+  std::string starts;
+  for (std::size_t at = 0; (at = lines.find(kName, at)) != std::string::npos;) {
+    at += kName.size();
+    starts += (starts.empty() ? "" : " ") + lines.substr(at, lines.find(',', at) - at);
+  }
+  return starts;
+}
+
+TEST(Terminal, ShowsHowToExportWhatWasFound) {
+  const std::string name = "it's \x1B.sub";
+  ::setenv("MPL2", OMBE_MPL2, 1);
+  for (auto& row : readNamedTable("marks.txt")) {
+    SCOPED_TRACE(row["film"] + " " + row["options"] + row["keys"]);
+    const TempFile film(row["film"], name);
+    const std::string folder = film.path().substr(0, film.path().size() - name.size());
+    ::setenv("FILM", film.path().c_str(), 1);
+    OnTerminal terminal("TERM=xterm", "play \"$FILM\" " + row["options"]);
+    EXPECT_TRUE(terminal.shows("\x1B[?1049h"));
+    terminal.type(row["keys"] + "q");
+    std::string line = terminal.ended();
+    line.erase(0, line.rfind("\x1B[?1049l") + 8);
+    line.erase(line.size() - 1);
+    EXPECT_EQ(line.empty(), row["starts"].empty()) << line;
+    if (line.empty()) continue;
+    EXPECT_THAT(line, StartsWith("ombe export $'" + folder + "it\\'s \\033.sub' "));
+    if (const auto at = row["line"].find("$MPL2"); at != std::string::npos)
+      row["line"].replace(at, 5, OMBE_MPL2);
+    EXPECT_THAT(line, EndsWith(row["line"] + "\r\n"));
+    const std::string command = line.substr(0, line.size() - 2) + " -f jsonl";
+    std::ofstream(folder + "command") << command;
+    const auto [code, out, err] =
+        runShell(folder, "bash -c 'ombe() { \"" OMBE_BINARY "\" \"$@\"; }; . ./command'");
+    EXPECT_EQ(startsOf(out), row["starts"]) << command << err;
+  }
 }
 
 TEST(Lines, ArePrintedOnceWhenSubtitlesBegin) {

@@ -10,10 +10,12 @@
 #include "host/check/stated_rate.h"
 #include "host/cli/common_options.h"
 #include "host/cli/film_options.h"
+#include "host/commands/export_line.h"
 #include "host/io/descriptor_io.h"
 #include "host/io/environment.h"
 #include "host/io/input_file.h"
 #include "host/io/messages.h"
+#include "host/io/output_file.h"
 #include "host/play/controls.h"
 #include "host/play/player.h"
 #include "host/session/session.h"
@@ -60,6 +62,12 @@ std::vector<std::string> findLikelyCodePages(Session& session) {
   return garbled.likelyCodePages();
 }
 
+void write(std::string line) {
+  OutputFile output("-");
+  output.buffer() = std::move(line);
+  output.commit();
+}
+
 /// The signal that ended it, or 0. Everything is let go of on return.
 int run(const Asked& options) {
   const bool onTerminal = options.play.interactive && isScreen();
@@ -69,6 +77,7 @@ int run(const Asked& options) {
   }
   const InputFile input(options.files.front());
   PlayOptions play = options.play;
+  Played played{options.files.front(), options.session, play.colorOrder, std::nullopt};
   Session session(options.session);
   {
     const LoadingNotice notice(onTerminal);
@@ -77,11 +86,18 @@ int run(const Asked& options) {
       fitTimes(session, input.path(), options.times);
     });
     // With a rate that was chosen, the plug-in reads no header.
-    const auto rate = fileRate(session, options.session.frameRate ? "" : input.path());
-    if (rate) play.fileRate = rateText(*rate);
+    played.fileRate = fileRate(session, chosenRate(options.session).isSet() ? "" : input.path());
+    if (const auto& rate = played.fileRate)
+      play.fileRate = {rateText(*rate), rate->rate.perSecond()};
     if (!options.session.codePage) play.likelyCodePages = findLikelyCodePages(session);
   }
-  if (onTerminal) return playOnTerminal(session, play, depth);
+  if (onTerminal) {
+    const Found before = Found::of(session);
+    const int signal = playOnTerminal(session, play, depth);
+    const Found after = Found::of(session);
+    if (signal == 0 && !(before == after)) write(exportLine(played, after));
+    return signal;
+  }
   if (!play.likelyCodePages.empty()) {
     reportError(input.name() + ": not UTF-8: try --code-page " + play.likelyCodePages.front());
   }

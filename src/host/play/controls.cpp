@@ -77,6 +77,28 @@ void Controls::changeOffset(std::int32_t milliseconds) {
   const std::int64_t offset = std::int64_t{player_.offset()} + milliseconds;
   player_.setOffset(
       static_cast<std::int32_t>(std::clamp<std::int64_t>(offset, Limits::min(), Limits::max())));
+  marks_.shift(milliseconds);
+}
+
+void Controls::mark() {
+  const auto start = player_.nearestTime();
+  if (!start) {
+    message_ = "There is no subtitle that could start now";
+    return;
+  }
+  const SyncPoint point{static_cast<double>(*start - player_.offset()),
+                        static_cast<double>(player_.position())};
+  std::string objection;
+  const auto wish = marks_.add(point, tuning_.framesPerSecond(), objection);
+  if (!wish) {
+    message_ = "That goes not with the other mark: they " + objection;
+    return;
+  }
+  if (wish->rate) tuning_.chooseFrameRate(*wish->rate);
+  player_.setOffset(static_cast<std::int32_t>(wish->offsetMs));
+  message_ = wish->rate ? "Both start where they were marked" : "Starts now";
+  if (!wish->rate && tuning_.framesPerSecond() != 0)
+    message_ += ": s at another, far from here, sets the frame rate as well";
 }
 
 Frame Controls::frame() const {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/play/keys.h"
+#include "host/play/marks.h"
 #include "host/play/player.h"
 #include "host/play/screen.h"
 #include "host/play/tuning.h"
@@ -39,10 +40,12 @@ class Controls {
   void changeFrameRate(int step);
   void changeCodePage();
   void changeOffset(std::int32_t milliseconds);
+  void mark();
   [[nodiscard]] std::string status() const;
 
   Player& player_;
   Tuning& tuning_;
+  Marks marks_;
   const ColorOrder colorOrder_;
   bool quit_ = false;
   std::string message_ = "? shows the keys";

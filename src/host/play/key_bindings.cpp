@@ -58,6 +58,13 @@ const Controls::Binding Controls::kBindings[] = {
      "move the subtitles by -100, +100 milliseconds",
      "o O offset -100, +100 ms"},
     {{Key::kCharacter, 'O'}, [](Controls& c) { c.changeOffset(100); }},
+    {{Key::kCharacter, 's'},
+     [](Controls& c) { c.mark(); },
+     "s",
+     "makes the subtitle that shows, or else the next, start now; at a second one it sets the "
+     "frame "
+     "rate as well",
+     "s start now"},
     {{Key::kCharacter, 'g'},
      [](Controls& c) { c.typed_.emplace(); },
      "g",

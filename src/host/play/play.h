@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/play/palette.h"
+#include "host/play/tuning.h"
 #include "host/session/session.h"
 
 namespace Ombe {
@@ -16,7 +17,7 @@ struct PlayOptions {
   bool interactive = true;    ///< where there is a terminal
   ColorOrder colorOrder = ColorOrder::kRgb;
   std::vector<std::string> likelyCodePages = {};  ///< guesses, to be offered
-  std::string fileRate = "file's times";  ///< name of the rate that holds unless one is chosen
+  OwnRate fileRate = {};                          ///< that holds unless one is chosen
 };
 
 /// On the terminal, with keys, until somebody quits. Returns the signal that ended it, to be acted

@@ -75,6 +75,11 @@ std::vector<const Caption*> Player::showing() const {
   return result;
 }
 
+std::optional<std::int64_t> Player::nearestTime() const {
+  const std::vector<const Caption*> shown = showing();
+  return shown.empty() ? nextTime() : std::optional(shown.back()->start);
+}
+
 std::optional<std::int64_t> Player::nextTime() const {
   for (const Caption& caption : captions_) {
     if (forward() ? caption.start > position() : caption.end <= position()) return caption.start;

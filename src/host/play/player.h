@@ -54,6 +54,8 @@ class Player {
   /// Whether nothing is left to play in the direction.
   [[nodiscard]] bool isAtEnd() const;
   [[nodiscard]] std::vector<const Caption*> showing() const;
+  /// Where the subtitle begins that shows, of several the last; else the next.
+  [[nodiscard]] std::optional<std::int64_t> nearestTime() const;
   /// Where the next subtitle begins; backward, where the one before begins.
   [[nodiscard]] std::optional<std::int64_t> nextTime() const;
 

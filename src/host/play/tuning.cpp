@@ -4,23 +4,20 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
+#include "host/session/sync.h"
 #include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
-namespace {
 
-double valueOf(Ratio ratio) { return double{ratio.numerator * 1.0} / ratio.denominator; }
-
-}  // namespace
-
-Tuning::Tuning(HostController& settings, const std::vector<std::string>& likely,
-               const std::string& fileRate)
+Tuning::Tuning(HostController& settings, const std::vector<std::string>& likely, const OwnRate& own)
     : settings_(settings),
+      ownRate_(own.perSecond),
       // A zero part means the file's own rate, and lets the plug-in say what that is.
-      rates_{{fileRate, {0, 1}},  {"23.976 fps", {24000, 1001}}, {"24 fps", {24, 1}},
-             {"25 fps", {25, 1}}, {"29.97 fps", {30000, 1001}},  {"30 fps", {30, 1}}},
+      rates_{{own.name, {0, 1}}},
       codePages_(likely) {
+  std::transform(std::begin(kUsualRates), std::end(kUsualRates), std::back_inserter(rates_), named);
   for (const char* usual : {"windows-1250", "windows-1251", "windows-1252", "ISO-8859-2", "IBM852",
                             "KOI8-R", "IBM866", "UTF-8"}) {
     if (std::find(likely.begin(), likely.end(), usual) == likely.end()) {
@@ -36,12 +33,41 @@ void Tuning::findRate() {
   if (!settings_.getValue(frameRateSetting(), value)) return;
   const Ratio set = value.asRatio().value_or(Ratio{0, 1});
   if (set.numerator == 0 || set.denominator == 0) return;
-  constexpr double kTolerance = 0.001;  // 23.976 is 24000/1001
+  constexpr double kTolerance = 0.00005;  // 23.976 is 24000/1001
   const auto found = std::find_if(rates_.begin(), rates_.end(), [set](const Rate& rate) {
-    return std::abs(valueOf(rate.ratio) - valueOf(set)) < kTolerance;
+    return std::abs(perSecond(rate.ratio) - perSecond(set)) < kTolerance;
   });
   rate_ = static_cast<std::size_t>(found - rates_.begin());
-  if (found == rates_.end()) rates_.push_back({fmt::format("{:.6g} fps", valueOf(set)), set});
+  if (found == rates_.end()) rates_.push_back(named(set));
+  rates_[rate_].ratio = set;
+}
+
+Tuning::Rate Tuning::named(Ratio ratio) {
+  return {fmt::format("{:.6g} fps", perSecond(ratio)), ratio};
+}
+
+void Tuning::setRate() {
+  settings_.setValue(frameRateSetting(), SettingValue::ratio(rates_[rate_].ratio));
+}
+
+void Tuning::chooseFrameRate(Ratio rate) {
+  const auto same = std::find_if(rates_.begin(), rates_.end(), [rate](const Rate& other) {
+    return other.ratio.numerator == rate.numerator && other.ratio.denominator == rate.denominator;
+  });
+  rate_ = static_cast<std::size_t>(same - rates_.begin());
+  if (same == rates_.end() && chosen_ == 0) {
+    chosen_ = rate_;
+    rates_.push_back(named(rate));
+  } else if (same == rates_.end()) {
+    rate_ = chosen_;
+    rates_[chosen_] = named(rate);
+  }
+  setRate();
+}
+
+double Tuning::framesPerSecond() const {
+  const Ratio chosen = rates_[rate_].ratio;
+  return ownRate_ == 0 || chosen.numerator == 0 ? ownRate_ : perSecond(chosen);
 }
 
 void Tuning::findCodePage() {
@@ -55,7 +81,7 @@ void Tuning::findCodePage() {
 
 void Tuning::stepFrameRate(int step) {
   rate_ = (rate_ + rates_.size() + static_cast<std::size_t>(step)) % rates_.size();
-  settings_.setValue(frameRateSetting(), SettingValue::ratio(rates_[rate_].ratio));
+  setRate();
 }
 
 bool Tuning::stepCodePage() {
