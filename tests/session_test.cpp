@@ -102,7 +102,8 @@ TEST(FrameRate, IsTakenAsAnExactFraction) {
 
 TEST(Session, OwnsStreamsUntilWithdrawnAndReadsWhatIsDue) {
   const TempFile movie("{1}{1}25\n{25}{50}a\n");
-  Session session({.offsetMs = 1000, .plugin = OMBE_PLUGIN});
+  Session session({.language = "pol", .offsetMs = 1000, .plugin = OMBE_PLUGIN});
+  EXPECT_EQ(view(session.host().preferredLanguage()), "pol");
   session.open(movie.path());
   session.container().activateProgram(session.container().getProgramUIDs().head()->value);
   EXPECT_EQ(session.host().streams().size(), 1U) << "announced twice, owned once";
