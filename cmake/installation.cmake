@@ -1,6 +1,6 @@
 # What `cmake --install` puts where. Everything finds the rest by relative paths, so an installed
-# tree may be moved as a whole. Components: Runtime runs ombe, Development is for those who build
-# plug-ins or hosts.
+# tree may be moved as a whole. Components: Library is the engine layer, Runtime runs ombe on it,
+# Development is for those who build plug-ins or hosts.
 include(CMakePackageConfigHelpers)
 
 set(OMBE_PLUGINS_DIR "${CMAKE_INSTALL_LIBDIR}/ombe")
@@ -13,7 +13,7 @@ target_compile_features(ombe_core INTERFACE cxx_std_20)
 install(TARGETS ombe RUNTIME COMPONENT Runtime)
 install(TARGETS microdvd LIBRARY DESTINATION "${OMBE_PLUGINS_DIR}" COMPONENT Runtime)
 install(TARGETS ombe_core EXPORT ombe_core
-  LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development)
+  LIBRARY COMPONENT Library NAMELINK_COMPONENT Development)
 install(DIRECTORY src/engine/ombe_core DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
   COMPONENT Development FILES_MATCHING PATTERN "*.h")
 

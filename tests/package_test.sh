@@ -4,6 +4,7 @@
 #   package_test.sh FOLDER SAMPLE
 set -eu
 package=$(readlink -f "$1"/ombe_*.deb) element=$(readlink -f "$1"/gstreamer1.0-ombe_*.deb)
+library=$(readlink -f "$1"/libombe-core?_*.deb) headers=$(readlink -f "$1"/libombe-core-dev_*.deb)
 sample=$(readlink -f "$2")
 tree=$(readlink -f "$(dirname "$0")/..")
 root=$(mktemp -d)
@@ -22,16 +23,19 @@ field() { # PACKAGE NAME PATTERN: the field's value must match
     fault "${1##*/}: $2 does not match $3: $(dpkg-deb -f "$1" "$2")"
 }
 
-field "$package" Depends 'libicu[0-9]+(,|$)'
-! dpkg-deb -f "$package" Depends | grep -q ombe || fault 'depends on itself'
 version=$(dpkg-deb -f "$package" Version)
-field "$element" Depends "ombe \\(= $version\\), .*libgstreamer1\\.0-0 \\("
+own="libombe-core[0-9]+ \\(= $version\\)"
+field "$package" Depends "$own, .*libicu[0-9]+(,|$)"
+! dpkg-deb -f "$library" Depends | grep -q ombe || fault 'the library depends on itself'
+field "$headers" Depends "^$own\$"
+field "$element" Depends "ombe \\(= $version\\), $own, .*libgstreamer1\\.0-0 \\("
 field "$element" Recommends 'gstreamer1.0-x'
-for file in "$package" "$element"; do
+for file in "$package" "$library" "$element"; do
   field "$file" Depends 'libc6 \('
   field "$file" Depends 'libstdc\+\+6 \('
+done
+for file in "$package" "$library" "$headers" "$element"; do
   field "$file" Version '^[0-9]+\.[0-9]+\.[0-9]+-[0-9]+$'
-  field "$file" Description '^MicroDVD subtitles .*[^.]$'
   listing=$(dpkg-deb -c "$file")
   printf '%s\n' "$listing" | grep -v ' root/root ' && fault 'not owned by root'
   printf '%s\n' "$listing" | grep -Ev '^(drwxr-xr-x|-rw-r--r--|-rwxr-xr-x|lrwxrwxrwx) ' &&
@@ -42,10 +46,12 @@ for file in "$package" "$element"; do
   (cd "$root" && md5sum --quiet -c "$control/md5sums") || fault 'wrong checksums'
 done
 [ ! -e "$control/postinst" ] || fault 'the linker is told of an element'
-dpkg-deb -e "$package" "$control"
-grep -q ldconfig "$control/postinst" || fault 'the linker is not told of the library'
-grep -Eq '^libombe_core [0-9]+ ombe \(>=' "$control/shlibs" || fault 'no dependency on the library is told'
-for file in doc/ombe/copyright doc/ombe/changelog.Debian.gz \
+dpkg-deb -e "$library" "$control"
+grep -q ldconfig "$control/triggers" || fault 'the linker is not told of the library'
+grep -Eq '^libombe_core ([0-9]+) libombe-core\1 \(>=' "$control/shlibs" ||
+  fault 'no dependency on the library is told'
+lintian --fail-on error "$package" "$library" "$headers" "$element" || fault 'lintian finds errors'
+for file in doc/ombe/copyright doc/ombe/changelog.Debian.gz doc/libombe-core1/copyright \
   doc/gstreamer1.0-ombe/copyright man/man1/ombe.1.gz \
   bash-completion/completions/ombe zsh/vendor-completions/_ombe; do
   [ -s "$root/usr/share/$file" ] || fault "no usr/share/$file"
