@@ -66,7 +66,7 @@ class Retimer {
   }
 
   void drop(const SourceLine& line, const char* why) {
-    const std::uint64_t source = repair_.sources.at(line.number - 1);
+    const std::uint64_t source = repair_.sources.at(static_cast<std::size_t>(line.number) - 1);
     repair_.changes.push_back({Fate::kDropped, source, why, std::string(line.text)});
     if (!changed_.contains(source)) --repair_.kept;
     --repair_.subtitles;
