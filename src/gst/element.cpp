@@ -91,12 +91,14 @@ gboolean activateSrc(GstPad* /*pad*/, GstObject* parent, GstPadMode mode, gboole
   return active ? TRUE : stop(elementOf(parent));
 }
 
-/// Whatever comes next starts from nothing. No thread of the element runs.
+/// Whatever comes next starts from nothing. No thread of the element runs, but a property may be
+/// set meanwhile.
 void forget(ElementState& state) {
+  const std::lock_guard restarting(state.restarting);
+  const std::lock_guard lock(state.mutex);
   state.bytes = {};
-  state.cues = {};
   state.complete = false;
-  state.mustRead = state.mustSegment = state.mustBegin = true;
+  state.sending = {};
   state.playback = {};
   state.seqnum = GST_SEQNUM_INVALID;
 }

@@ -22,13 +22,12 @@ namespace Ombe {
 
 /// What an element remembers. The members say who may touch them.
 struct ElementState {
-  /// One restart, seek or change of state at a time; taken before the stream lock of `src`.
+  /// One restart or stop at a time; taken before the stream lock of `src`.
   std::mutex restarting;
 
   /// Guards what follows up to `playback`. Nothing is called with it held.
   std::mutex mutex;
   ReadingSettings settings;
-  ColorOrder colorOrder = ColorOrder::kRgb;
   bool complete = false;  ///< all bytes are there
   Playback playback;
   guint32 seqnum = GST_SEQNUM_INVALID;  ///< of the seek that the segment comes from
@@ -36,12 +35,15 @@ struct ElementState {
   /// The streaming thread of `sink` may use it until `complete`, then the task's.
   std::string bytes;
 
-  /// What the task may use, and whoever holds the stream lock of `src` while it stands still.
-  CueList cues;
-  bool mustRead = true;     ///< the cues are not those of bytes and settings
-  bool mustSegment = true;  ///< no segment was sent since the last flush
-  bool mustBegin = true;    ///< nothing was sent
-  GstClockTime continueAt = GST_CLOCK_TIME_NONE;
+  /// Whoever holds the stream lock of `src`, as the task does, may use it.
+  struct Sending {
+    CueList cues;
+    bool mustRead = true;     ///< the cues are not those of bytes and settings
+    bool mustBegin = true;    ///< nothing was sent
+    bool mustSegment = true;  ///< no segment was sent since the last flush
+    GstClockTime continueAt = GST_CLOCK_TIME_NONE;
+  };
+  Sending sending;
 
   /// Keeps the plug-in loaded from READY on.
   std::optional<PluginLibrary> library;

@@ -34,6 +34,7 @@ void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* /*s
   ElementState& state = *elementOf(object)->state;
   {
     const std::lock_guard lock(state.mutex);
+    const ReadingSettings before = state.settings;
     switch (static_cast<Property>(id)) {
       case kNone:
         return;
@@ -47,12 +48,13 @@ void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* /*s
         state.settings.frameRate = ratioIn(value);
         break;
       case kColorOrder:
-        state.colorOrder = static_cast<ColorOrder>(g_value_get_enum(value));
+        state.settings.colorOrder = static_cast<ColorOrder>(g_value_get_enum(value));
         break;
       case kPlugin:
         state.settings.plugin = textIn(value);
         return;
     }
+    if (state.settings == before) return;  // overlays repeat what they set
   }
   settingsChanged(elementOf(object));
 }
@@ -73,7 +75,7 @@ void getProperty(GObject* object, guint id, GValue* value, GParamSpec* /*spec*/)
       giveRatio(state.settings.frameRate, value);
       return;
     case kColorOrder:
-      g_value_set_enum(value, static_cast<int>(state.colorOrder));
+      g_value_set_enum(value, static_cast<int>(state.settings.colorOrder));
       return;
     case kPlugin:
       g_value_set_string(value, state.settings.plugin.c_str());

@@ -11,12 +11,18 @@
 
 namespace Ombe {
 
+inline bool operator==(Ratio a, Ratio b) {
+  return a.numerator == b.numerator && a.denominator == b.denominator;
+}
+
 /// What may be set from outside. A rate with a zero part is none.
 struct ReadingSettings {
   std::string codePage;   ///< of texts without signature; empty for UTF-8
   Ratio videoRate{0, 1};  ///< for a file that states no frame rate
   Ratio frameRate{0, 1};  ///< goes before that of the file
   std::string plugin;     ///< path; empty to search for it
+  ColorOrder colorOrder = ColorOrder::kRgb;
+  bool operator==(const ReadingSettings&) const = default;
 };
 
 /// The plug-in that the settings name, or the first found; the last place looked at is the folder

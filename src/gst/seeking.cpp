@@ -44,11 +44,13 @@ void restart(OmbeSubParse* element, const Restart& how,
   }
   if (how.flush) pushFlushStart(element, how.seqnum);
   gst_pad_pause_task(element->src);  // returns when the task stands still
+  GST_PAD_STREAM_LOCK(element->src);
   {
     const std::lock_guard lock(state.mutex);
     change(state);
-    state.mustSegment = true;
+    state.sending.mustSegment = true;
   }
+  GST_PAD_STREAM_UNLOCK(element->src);
   if (how.flush) pushFlushStop(element, how);
   if (state.complete && gst_pad_is_active(element->src)) {
     gst_pad_start_task(element->src, pushNext, element, nullptr);
@@ -65,13 +67,17 @@ gboolean seek(OmbeSubParse* element, GstEvent* event) {
   gst_event_parse_seek(event, nullptr, nullptr, &flags, nullptr, nullptr, nullptr, nullptr);
   const guint32 seqnum = gst_event_get_seqnum(event);
   bool done = false;
-  restart(element, {.flush = (flags & GST_SEEK_FLAG_FLUSH) != 0, .seqnum = seqnum},
-          [&](ElementState& state) {
-            done = state.playback.seek(event);
-            if (!done) return;
-            state.seqnum = seqnum;
-            state.continueAt = GST_CLOCK_TIME_NONE;
-          });
+  {
+    const std::lock_guard lock(element->state->mutex);
+    done = Playback(element->state->playback).seek(event);
+  }
+  const auto change = [event, seqnum](ElementState& state) {
+    if (!state.playback.seek(event)) return;  // in the light of another seek meanwhile
+    state.seqnum = seqnum;
+    state.sending.continueAt = GST_CLOCK_TIME_NONE;
+  };
+  const bool isFlushing = (flags & GST_SEEK_FLAG_FLUSH) != 0;
+  if (done) restart(element, {.flush = isFlushing, .seqnum = seqnum}, change);
   GST_DEBUG_OBJECT(element, "seek %s: %" GST_PTR_FORMAT, done ? "done" : "refused",
                    static_cast<void*>(event));
   gst_event_unref(event);
@@ -87,8 +93,9 @@ void settingsChanged(OmbeSubParse* element) {
   const GstClockTime seen = seenPosition(element);
   restart(element, {.resetTime = false, .seqnum = gst_util_seqnum_next()},
           [seen](ElementState& changed) {
-            changed.mustRead = true;
-            changed.continueAt = seen;
+            if (!changed.complete) return;  // the element was stopped meanwhile
+            changed.sending.mustRead = true;
+            changed.sending.continueAt = seen;
           });
 }
 

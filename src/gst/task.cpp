@@ -26,15 +26,16 @@ void read(OmbeSubParse* element) {
     const std::lock_guard lock(state.mutex);
     settings = state.settings;
   }
-  state.cues = {};
+  CueList& cues = state.sending.cues;
+  cues = {};
+  state.sending.mustRead = false;
   try {
-    state.cues = readCues(state.bytes, settings,
-                          [element](const std::string& text) { warn(element, text.c_str()); });
-    GST_INFO_OBJECT(element, "%zu cues", state.cues.cues().size());
+    cues = readCues(state.bytes, settings,
+                    [element](const std::string& text) { warn(element, text.c_str()); });
+    GST_INFO_OBJECT(element, "%zu cues", cues.cues().size());
   } catch (const std::exception& failure) {
     warn(element, failure.what());
   }
-  state.mustRead = false;
 }
 
 void begin(OmbeSubParse* element) {
@@ -52,19 +53,20 @@ void describe(OmbeSubParse* element) {
 
 void sendSegment(OmbeSubParse* element) {
   ElementState& state = *element->state;
-  if (state.mustBegin) begin(element);
+  ElementState::Sending& sending = state.sending;
+  sending.mustSegment = false;
+  if (sending.mustBegin) begin(element);
   GstSegment segment{};
   guint32 seqnum = GST_SEQNUM_INVALID;
   {
     const std::lock_guard lock(state.mutex);
-    state.playback.continueAt(state.cues, state.continueAt);
+    state.playback.continueAt(sending.cues, sending.continueAt);
     segment = state.playback.outgoing();
     seqnum = state.seqnum;
   }
   gst_pad_push_event(element->src, numbered(gst_event_new_segment(&segment), seqnum));
-  state.mustSegment = false;
-  if (state.mustBegin) describe(element);
-  state.mustBegin = false;
+  if (sending.mustBegin) describe(element);
+  sending.mustBegin = false;
 }
 
 GstBuffer* bufferOf(const Piece& piece, const CueList& cues, ColorOrder order) {
@@ -112,25 +114,26 @@ void fail(OmbeSubParse* element, GstFlowReturn flow) {
 void pushNext(gpointer parent) {
   OmbeSubParse* element = elementOf(parent);
   ElementState& state = *element->state;
-  if (state.mustRead) read(element);
-  if (state.mustSegment) sendSegment(element);
+  const ElementState::Sending& sending = state.sending;
+  if (sending.mustRead) read(element);
+  if (sending.mustSegment) sendSegment(element);
   std::optional<Piece> piece;
   GstSegment segment{};
   guint32 seqnum = GST_SEQNUM_INVALID;
   ColorOrder order = ColorOrder::kRgb;
   {
     const std::lock_guard lock(state.mutex);
-    piece = state.playback.take(state.cues);
+    piece = state.playback.take(sending.cues);
     segment = state.playback.segment();
     seqnum = state.seqnum;
-    order = state.colorOrder;
+    order = state.settings.colorOrder;
   }
   if (!piece) {
     end(element, segment, seqnum);
   } else if (piece->cue == nullptr) {
     gst_pad_push_event(element->src, gst_event_new_gap(piece->start, piece->end - piece->start));
   } else {
-    const GstFlowReturn flow = gst_pad_push(element->src, bufferOf(*piece, state.cues, order));
+    const GstFlowReturn flow = gst_pad_push(element->src, bufferOf(*piece, sending.cues, order));
     if (flow != GST_FLOW_OK) fail(element, flow);
   }
 }
