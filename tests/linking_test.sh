@@ -4,7 +4,7 @@
 # No binary anywhere in TREE may search the current folder for libraries, and all sources of its
 # compile_commands.json, if it has one, are compiled with FLAGS. All files must be hardened; the
 # plug-in must further export one symbol, link no ICU, stay loaded and carry no search path; the GStreamer
-# element must export its two entry points and leave out what only the command line needs.
+# element must export its two entry points and leave out what only a program may do.
 set -eu
 nm=$1 readelf=$2 tree=$3 flags=$4 plugin=$5
 shift 4
@@ -46,6 +46,8 @@ element_only() {
   [ "$exports" = 'gst_plugin_ombe_get_desc gst_plugin_ombe_register ' ] ||
     fault "exports other than the entry points: $exports"
   check_not 'brings a library of the command line' "$dynamic" 'NEEDED.*libfmt'
+  check_not 'may handle signals or end the process' "$imports" \
+    ' (sig(action|nal|procmask)|raise|_?exit|abort)(@|$)'
 }
 
 # The loader takes an empty element, like any relative one, below the current folder.

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -37,6 +38,12 @@ bool fill(std::string& bytes, int file) {
 }
 
 }  // namespace
+
+int openUnnamed(const std::string& folder, mode_t permissions) {
+  const int file = ::open(folder.c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, permissions);
+  if (file >= 0 || (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL)) return file;
+  return ::memfd_create("ombe", MFD_CLOEXEC);
+}
 
 int writeBytes(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {

@@ -1,4 +1,4 @@
-// Reading and writing whatever a descriptor is, blocking or not.
+// Files without a name, and reading and writing whatever a descriptor is, blocking or not.
 #pragma once
 
 #include <sys/types.h>
@@ -8,6 +8,11 @@
 #include <string_view>
 
 namespace Ombe {
+
+/// A new file that can be read and written and goes with its last descriptor, whatever ends the
+/// process: without a name in `folder`, or in memory where the file system has no such files.
+/// -1 and errno otherwise.
+int openUnnamed(const std::string& folder, mode_t permissions);
 
 /// Writes all of it, and waits where a descriptor that does not block takes no more for now. The
 /// error number, 0 for success. One thread at a time for each descriptor.

@@ -11,7 +11,6 @@
 #include "host/io/descriptor_io.h"
 #include "host/io/environment.h"
 #include "host/io/failure.h"
-#include "host/io/temporary_files.h"
 #include "host/text/utf8_scan.h"
 
 namespace Ombe {

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/mman.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -59,12 +58,6 @@ void handleSignals() {
 }
 
 }  // namespace
-
-int openUnnamed(const std::string& folder, mode_t permissions) {
-  const int file = ::open(folder.c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, permissions);
-  if (file >= 0 || (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL)) return file;
-  return ::memfd_create("ombe", MFD_CLOEXEC);
-}
 
 TemporaryName::TemporaryName(std::string path) : lock_(naming), path_(std::move(path)) {
   static std::once_flag handled;

@@ -1,4 +1,4 @@
-// Files that must not outlive the program.
+// Names of files that must not outlive the program.
 #pragma once
 
 #include <sys/types.h>
@@ -7,11 +7,6 @@
 #include <string>
 
 namespace Ombe {
-
-/// A new file that can be read and written and goes with its last descriptor, whatever ends the
-/// process: without a name in `folder`, or in memory where the file system has no such files.
-/// -1 and errno otherwise.
-int openUnnamed(const std::string& folder, mode_t permissions);
 
 /// A name for a file on its way to its place. While this lives, SIGINT, SIGTERM, SIGHUP, SIGQUIT,
 /// SIGPIPE, SIGXCPU and SIGXFSZ on any thread remove the file of that name before they end the
