@@ -76,6 +76,17 @@ class Player {
     gst_harness_push_event(harness_, gst_event_new_eos());
   }
 
+  /// Behind a flush, or as another stream.
+  void giveAgain(const std::string& content, bool isFlushed) {
+    if (isFlushed) gst_harness_push_event(harness_, gst_event_new_flush_start());
+    gst_harness_push_event(harness_, isFlushed ? gst_event_new_flush_stop(TRUE)
+                                               : gst_event_new_stream_start("another"));
+    GstSegment segment;
+    gst_segment_init(&segment, GST_FORMAT_BYTES);
+    gst_harness_push_event(harness_, gst_event_new_segment(&segment));
+    give(content);
+  }
+
   /// "NAME=VALUE", or nothing.
   void set(const std::string& property) {
     const std::size_t equals = property.find('=');
@@ -209,6 +220,8 @@ TEST(GStreamer, ShowsTheRightTextsAtTheRightTimes) {
     if (row[0] == "file") {
       player = std::make_unique<Player>(row[2]);
       player->give(row[1]);
+    } else if (row[0] == "again" || row[0] == "flush") {
+      player->giveAgain(row[1], row[0] == "flush");
     } else if (row[0] == "set") {
       player->set(row[1]);
     } else if (!player->seek(row[1])) {

@@ -1,7 +1,6 @@
 #include "gst/element.h"
 
 #include "gst/typefinder.h"
-#include "host/io/failure.h"
 
 GST_DEBUG_CATEGORY(ombe_debug);
 
@@ -17,51 +16,6 @@ GstStaticPadTemplate sinkTemplate =
     GST_STATIC_PAD_TEMPLATE("sink", GST_PAD_SINK, GST_PAD_ALWAYS, GST_STATIC_CAPS(kMicroDVDCaps));
 GstStaticPadTemplate srcTemplate = GST_STATIC_PAD_TEMPLATE(
     "src", GST_PAD_SRC, GST_PAD_ALWAYS, GST_STATIC_CAPS("text/x-raw, format=(string)pango-markup"));
-
-GstFlowReturn takeBytes(GstPad* /*pad*/, GstObject* parent, GstBuffer* buffer) {
-  constexpr std::size_t kLargestFile = std::size_t{1} << 31;  // more than the plug-in takes
-  ElementState& state = *elementOf(parent)->state;
-  GstFlowReturn result = GST_FLOW_EOS;
-  GstMapInfo map;
-  if (!state.complete && state.bytes.size() < kLargestFile &&
-      gst_buffer_map(buffer, &map, GST_MAP_READ)) {
-    state.bytes.append(reinterpret_cast<const char*>(map.data), map.size);
-    gst_buffer_unmap(buffer, &map);
-    result = GST_FLOW_OK;
-  }
-  gst_buffer_unref(buffer);
-  return result;
-}
-
-/// All bytes have come.
-void finish(OmbeSubParse* element) {
-  restart(element, {.flush = false}, [](ElementState& state) { state.complete = true; });
-}
-
-void takeSegment(ElementState& state, GstEvent* event) {
-  const GstSegment* segment = nullptr;
-  gst_event_parse_segment(event, &segment);
-  const std::lock_guard lock(state.mutex);
-  if (segment->format == GST_FORMAT_TIME && !state.complete) state.playback.setSegment(*segment);
-}
-
-gboolean sinkEvent(GstPad* pad, GstObject* parent, GstEvent* event) {
-  OmbeSubParse* element = elementOf(parent);
-  ElementState& state = *element->state;
-  const GstEventType type = GST_EVENT_TYPE(event);
-  if (type == GST_EVENT_EOS || type == GST_EVENT_STREAM_GROUP_DONE) {
-    // A playbin sends the second for a file, since its EOS waits for the film's.
-    if (!state.complete) finish(element);
-  } else if (type == GST_EVENT_SEGMENT) {
-    takeSegment(state, event);
-  } else if (type == GST_EVENT_FLUSH_STOP) {
-    if (!state.complete) state.bytes.clear();
-  } else if (type != GST_EVENT_CAPS && type != GST_EVENT_GAP && type != GST_EVENT_FLUSH_START) {
-    return gst_pad_event_default(pad, parent, event);
-  }
-  gst_event_unref(event);
-  return TRUE;
-}
 
 gboolean srcEvent(GstPad* pad, GstObject* parent, GstEvent* event) {
   if (GST_EVENT_TYPE(event) == GST_EVENT_SEEK) return seek(elementOf(parent), event);

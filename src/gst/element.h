@@ -65,6 +65,15 @@ GType elementType();
 
 inline OmbeSubParse* elementOf(gpointer object) { return static_cast<OmbeSubParse*>(object); }
 
+inline constexpr char kNoMemory[] = "needs more memory than there is";
+
+/// The functions of `sink`.
+GstFlowReturn takeBytes(GstPad* pad, GstObject* element, GstBuffer* buffer);
+gboolean sinkEvent(GstPad* pad, GstObject* element, GstEvent* event);
+
+/// Subtitles that cannot be had leave the film playing.
+void warn(OmbeSubParse* element, const char* text);
+
 /// The function of the task.
 void pushNext(gpointer element);
 

@@ -2,6 +2,7 @@
 // whoever takes them.
 #include <array>
 #include <exception>
+#include <new>
 
 #include "gst/element.h"
 #include "gst/pango_markup.h"
@@ -12,11 +13,6 @@ namespace {
 GstEvent* numbered(GstEvent* event, guint32 seqnum) {
   if (seqnum != GST_SEQNUM_INVALID) gst_event_set_seqnum(event, seqnum);
   return event;
-}
-
-/// Subtitles that cannot be had leave the film playing.
-void warn(OmbeSubParse* element, const char* text) {
-  GST_ELEMENT_WARNING(element, STREAM, DECODE, ("MicroDVD subtitles: %s", text), (nullptr));
 }
 
 void read(OmbeSubParse* element) {
@@ -33,6 +29,8 @@ void read(OmbeSubParse* element) {
     cues = readCues(state.bytes, settings,
                     [element](const std::string& text) { warn(element, text.c_str()); });
     GST_INFO_OBJECT(element, "%zu cues", cues.cues().size());
+  } catch (const std::bad_alloc&) {
+    warn(element, kNoMemory);
   } catch (const std::exception& failure) {
     warn(element, failure.what());
   }
@@ -110,6 +108,10 @@ void fail(OmbeSubParse* element, GstFlowReturn flow) {
 }
 
 }  // namespace
+
+void warn(OmbeSubParse* element, const char* text) {
+  GST_ELEMENT_WARNING(element, STREAM, DECODE, ("MicroDVD subtitles: %s", text), (nullptr));
+}
 
 void pushNext(gpointer parent) {
   OmbeSubParse* element = elementOf(parent);
