@@ -161,6 +161,8 @@ class Player {
         break;
       case GST_EVENT_SEGMENT:
         gst_event_copy_segment(event, &segment_);
+        if (segment_.applied_rate < 0)
+          got_ += "from " + std::to_string(segment_.time / GST_MSECOND) + ": ";
         break;
       case GST_EVENT_GAP:
         gst_event_parse_gap(event, &start, &duration);
@@ -180,7 +182,8 @@ class Player {
       const guint64 running = gst_segment_to_running_time(&segment_, GST_FORMAT_TIME, time);
       return std::to_string(running / GST_MSECOND);
     };
-    got_ += shown(start) + "-" + shown(start + duration) + " " + text + ", ";
+    const bool isOpen = !GST_CLOCK_TIME_IS_VALID(duration);
+    got_ += shown(start) + "-" + (isOpen ? "" : shown(start + duration)) + " " + text + ", ";
   }
   void end(const char* how) {
     got_ += how;

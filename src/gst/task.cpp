@@ -86,6 +86,10 @@ GstBuffer* bufferOf(const Piece& piece, const CueList& cues, ColorOrder order) {
 
 void end(OmbeSubParse* element, const GstSegment& segment, guint32 seqnum) {
   gst_pad_pause_task(element->src);
+  if (!GST_CLOCK_TIME_IS_VALID(segment.stop) && element->state->sending.cues.cues().empty()) {
+    // In a playbin3 the film would wait for a stream of which nothing comes but its end.
+    gst_pad_push_event(element->src, gst_event_new_gap(segment.start, GST_CLOCK_TIME_NONE));
+  }
   if ((segment.flags & GST_SEGMENT_FLAG_SEGMENT) == 0) {
     gst_pad_push_event(element->src, numbered(gst_event_new_eos(), seqnum));
     return;
