@@ -135,15 +135,9 @@ std::string codeAt(std::string_view text, std::size_t from) {
 }  // namespace
 
 const char* severityName(Severity severity) {
-  switch (severity) {
-    case Severity::kNote:
-      return "note";
-    case Severity::kWarning:
-      return "warning";
-    case Severity::kError:
-      return "error";
-  }
-  return "";
+  constexpr const char* kNames[] = {"note", "warning", "error"};
+  static_assert(std::size(kNames) == static_cast<std::size_t>(Severity::kError) + 1);
+  return kNames[static_cast<std::size_t>(severity)];
 }
 
 const char* wordFor(Kind kind) { return describe(kind).word; }

@@ -80,15 +80,10 @@ class LineChecker {
     isLikeHeader_ = true;
     if (!isPlace) return add(Kind::kHeaderElsewhere, text);
     if (!isNumber) return add(Kind::kHeaderWords, text);
-    switch (report_.rate.source) {
-      case RateSource::kUser:
-        return add(Kind::kHeaderGiven, text);
-      case RateSource::kHeader:
-        return add(Kind::kHeaderAgain, text, report_.rate.line);
-      case RateSource::kNone:
-      case RateSource::kDefault:
-        return add(Kind::kHeaderLate, text);
-    }
+    const RateSource source = report_.rate.source;
+    if (source == RateSource::kUser) return add(Kind::kHeaderGiven, text);
+    if (source == RateSource::kHeader) return add(Kind::kHeaderAgain, text, report_.rate.line);
+    add(Kind::kHeaderLate, text);
   }
 
   void takeSubtitle(const ScannedLine& scanned, const TextLine& line) {

@@ -7,17 +7,9 @@ namespace Ombe {
 namespace {
 
 const char* nameOf(RateSource source) {
-  switch (source) {
-    case RateSource::kNone:
-      return "none";
-    case RateSource::kUser:
-      return "user";
-    case RateSource::kHeader:
-      return "header";
-    case RateSource::kDefault:
-      return "default";
-  }
-  return "";
+  constexpr const char* kNames[] = {"none", "user", "header", "default"};
+  static_assert(std::size(kNames) == static_cast<std::size_t>(RateSource::kDefault) + 1);
+  return kNames[static_cast<std::size_t>(source)];
 }
 
 Json toJson(const RateUse& use) {

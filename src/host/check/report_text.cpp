@@ -16,16 +16,9 @@ std::string painted(std::string_view text, Severity severity, bool colored) {
 }
 
 std::string originOf(const RateUse& use) {
-  switch (use.source) {
-    case RateSource::kUser:
-      return "as given";
-    case RateSource::kHeader:
-      return fmt::format("stated in line {}", use.line);
-    case RateSource::kNone:
-    case RateSource::kDefault:
-      return "the default, since none is stated";
-  }
-  return {};
+  if (use.source == RateSource::kUser) return "as given";
+  return use.source == RateSource::kHeader ? fmt::format("stated in line {}", use.line)
+                                           : "the default, since none is stated";
 }
 
 std::string rateText(const CheckReport& report) {

@@ -10,21 +10,8 @@ namespace {
 
 /// What to try next, to be joined to the reason; empty where nothing is known to help.
 const char* adviceOn(Step step) {
-  switch (step) {
-    case Step::kFind:
-      return "; name it with --plugin or OMBE_PLUGIN_PATH";
-    case Step::kOpen:
-      return "; ombe check says what is wrong";
-    case Step::kLoad:
-    case Step::kRead:
-    case Step::kConvert:
-    case Step::kProbe:
-    case Step::kActivate:
-    case Step::kDeliver:
-    case Step::kWrite:
-      break;
-  }
-  return "";
+  if (step == Step::kFind) return "; name it with --plugin or OMBE_PLUGIN_PATH";
+  return step == Step::kOpen ? "; ombe check says what is wrong" : "";
 }
 
 }  // namespace

@@ -28,15 +28,9 @@ bool opensAsItIs(std::string text) {
 }  // namespace
 
 const char* fateName(Fate fate) {
-  switch (fate) {
-    case Fate::kMended:
-      return "mended";
-    case Fate::kLeft:
-      return "left";
-    case Fate::kDropped:
-      return "dropped";
-  }
-  return "";
+  constexpr const char* kNames[] = {"mended", "left", "dropped"};
+  static_assert(std::size(kNames) == static_cast<std::size_t>(Fate::kDropped) + 1);
+  return kNames[static_cast<std::size_t>(fate)];
 }
 
 std::size_t Repair::count(Fate fate) const {

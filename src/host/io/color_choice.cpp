@@ -7,14 +7,7 @@
 namespace Ombe {
 
 bool wantsColor(ColorMode mode, int descriptor) {
-  switch (mode) {
-    case ColorMode::kAlways:
-      return true;
-    case ColorMode::kNever:
-      return false;
-    case ColorMode::kAuto:
-      break;
-  }
+  if (mode != ColorMode::kAuto) return mode == ColorMode::kAlways;
   return environment("NO_COLOR").empty() && environment("TERM") != "dumb" &&
          ::isatty(descriptor) != 0;
 }

@@ -1,28 +1,14 @@
 #include "host/io/failure.h"
 
+#include <iterator>
+
 namespace Ombe {
 
 const char* stepName(Step step) {
-  switch (step) {
-    case Step::kFind:
-    case Step::kLoad:
-      return "load";
-    case Step::kRead:
-      return "read";
-    case Step::kConvert:
-      return "convert";
-    case Step::kProbe:
-      return "probe";
-    case Step::kOpen:
-      return "open";
-    case Step::kActivate:
-      return "activate";
-    case Step::kDeliver:
-      return "deliver";
-    case Step::kWrite:
-      return "write";
-  }
-  return "";
+  constexpr const char* kNames[] = {"load", "load",     "read",    "convert", "probe",
+                                    "open", "activate", "deliver", "write"};
+  static_assert(std::size(kNames) == static_cast<std::size_t>(Step::kWrite) + 1);
+  return kNames[static_cast<std::size_t>(step)];
 }
 
 }  // namespace Ombe

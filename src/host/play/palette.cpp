@@ -51,20 +51,13 @@ int nearest(const Parts& wanted, int first, int end) {
 }
 
 std::string colorCode(Color color, ColorDepth depth) {
+  if (depth < ColorDepth::k16) return {};
   const Parts parts = split(color);
-  switch (depth) {
-    case ColorDepth::kNoStyle:
-    case ColorDepth::kNoColor:
-      return {};
-    case ColorDepth::k16: {
-      const int index = nearest(parts, 0, kCubeStart);
-      return ";" + std::to_string(index < 8 ? 30 + index : 90 + index - 8);
-    }
-    case ColorDepth::k256:
-      return ";38;5;" + std::to_string(nearest(parts, kCubeStart, 256));
-    case ColorDepth::kTrue:
-      break;
+  if (depth == ColorDepth::k16) {
+    const int index = nearest(parts, 0, kCubeStart);
+    return ";" + std::to_string(index < 8 ? 30 + index : 90 + index - 8);
   }
+  if (depth == ColorDepth::k256) return ";38;5;" + std::to_string(nearest(parts, kCubeStart, 256));
   return ";38;2;" + std::to_string(parts[0]) + ";" + std::to_string(parts[1]) + ";" +
          std::to_string(parts[2]);
 }

@@ -95,7 +95,7 @@ void keepsDelivered(Playing& playing) {
 void outlivesItsStream(Playing& playing) {
   const Chunk chunk(&readChunk(playing.stream));
   const std::string text(chunk.text());
-  expectSame("deactivate", kSuccess, playing.engine.container().deactivate(false));
+  expectSame("deactivate", kSuccess, playing.container().deactivate(false));
   expectSame("a chunk's text after its stream is gone", text, chunk.text());
 }
 

@@ -32,59 +32,55 @@ class Within {
 };
 
 void readsWhenAnnounced(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
   const auto entries = readAll(playing.stream);
   std::vector<std::string> within;
-  const Within call(engine.host, "announceStream", [&] {
+  const Within call(playing.host, "announceStream", [&] {
     playing.stream.resetStream();
     within = readAll(playing.stream);
   });
-  expectSame("activateProgram", kSuccess, engine.activate());
+  expectSame("activateProgram", kSuccess, playing.activate());
   expect(within == entries, "from within announceStream other entries were read");
 }
 
 void activatesWhenSelected(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
   Status within = -77;
-  const Within call(engine.host, "selectStream", [&] { within = engine.activate(); });
-  expectSame("activateProgram", kSuccess, engine.activate());
+  const Within call(playing.host, "selectStream", [&] { within = playing.activate(); });
+  expectSame("activateProgram", kSuccess, playing.activate());
   expectSame("activateProgram from within selectStream", kSuccess, within);
-  expect(engine.record.foul().empty(), engine.record.foul());
+  expect(playing.record.foul().empty(), playing.record.foul());
 }
 
 void deactivatesWhenSelected(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
-  engine.host.keepsWithdrawn = true;
-  const Within call(engine.host, "selectStream", [&] { engine.container().deactivate(false); });
-  static_cast<void>(engine.activate());
-  expect(engine.host.streams.empty(), "deactivate from within selectStream left streams announced");
+  playing.host.keepsWithdrawn = true;
+  const Within call(playing.host, "selectStream", [&] { playing.container().deactivate(false); });
+  static_cast<void>(playing.activate());
+  expect(playing.host.streams.empty(),
+         "deactivate from within selectStream left streams announced");
   expectSame("a read after it", "end", readOne(playing.stream));
 }
 
 void deactivatesWhenWithdrawn(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
-  const Within call(engine.host, "withdrawStream", [&] { engine.container().deactivate(false); });
-  expectSame("deactivate", kSuccess, engine.container().deactivate(false));
-  expect(engine.host.streams.empty(), "streams are left");
-  expect(engine.record.foul().empty(), engine.record.foul());
+  const Within call(playing.host, "withdrawStream", [&] { playing.container().deactivate(false); });
+  expectSame("deactivate", kSuccess, playing.container().deactivate(false));
+  expect(playing.host.streams.empty(), "streams are left");
+  expect(playing.record.foul().empty(), playing.record.foul());
 }
 
 void opensWhenWithdrawn(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
-  engine.host.keepsWithdrawn = true;
+  playing.host.keepsWithdrawn = true;
   Status within = -77;
-  const Within call(engine.host, "withdrawStream", [&] {
-    within = engine.open(sourceUri(playing.sample));
-    static_cast<void>(engine.activate());
+  const Within call(playing.host, "withdrawStream", [&] {
+    within = playing.open(sourceUri(playing.sample));
+    static_cast<void>(playing.activate());
   });
-  expectSame("deactivate", kSuccess, engine.container().deactivate(false));
+  expectSame("deactivate", kSuccess, playing.container().deactivate(false));
   expectSame("open from within withdrawStream", kSuccess, within);
 }
 
 void seeksWhenAskedForTheOffset(Playing& playing) {
   const auto entries = readAll(playing.stream);
   playing.stream.resetStream();
-  const Within call(playing.engine.host, "getTimeOffset",
+  const Within call(playing.host, "getTimeOffset",
                     [&] { playing.stream.seekStream(0xFFFFFFFFU, nullptr, true); });
   const std::string one = readOne(playing.stream);
   expect(!call.wasCalled() || one == "end" || one == entries.front(),
@@ -92,9 +88,8 @@ void seeksWhenAskedForTheOffset(Playing& playing) {
 }
 
 void deactivatesWhenAskedForTheOffset(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
-  engine.host.keepsWithdrawn = true;
-  const Within call(engine.host, "getTimeOffset", [&] { engine.container().deactivate(false); });
+  playing.host.keepsWithdrawn = true;
+  const Within call(playing.host, "getTimeOffset", [&] { playing.container().deactivate(false); });
   readOne(playing.stream);
   expect(!call.wasCalled() || readOne(playing.stream) == "end",
          "a stream released from within getTimeOffset still has entries");
@@ -102,17 +97,16 @@ void deactivatesWhenAskedForTheOffset(Playing& playing) {
 
 /// On another thread, which waits for good when the container waits with its lock held.
 void deregistersWithoutItsLock(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
-  static_cast<void>(engine.control());
-  engine.controller.leaving = [&] { std::jthread([&] { playing.stream.resetStream(); }); };
-  expectSame("deactivate", kSuccess, engine.container().deactivate(true));
-  engine.controller.leaving = nullptr;
+  static_cast<void>(playing.control());
+  playing.controller.leaving = [&] { std::jthread([&] { playing.stream.resetStream(); }); };
+  expectSame("deactivate", kSuccess, playing.container().deactivate(true));
+  playing.controller.leaving = nullptr;
 }
 
 void fetchesUidsWithoutItsLock(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
-  const Within call(engine.host, "preferredLanguage", [&] { engine.container().getProgramUIDs(); });
-  expectSame("activateProgram", kSuccess, engine.activate());
+  const Within call(playing.host, "preferredLanguage",
+                    [&] { playing.container().getProgramUIDs(); });
+  expectSame("activateProgram", kSuccess, playing.activate());
 }
 
 void bearsALogThatAsks(Playing& playing) {
@@ -133,12 +127,11 @@ void bearsALogThatAsks(Playing& playing) {
 
 /// Does as a controller that tells another component of it at once.
 void bearsSettingsThatAreTold(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
   const auto entries = readAll(playing.stream);
-  const Within call(engine.host, "setValue",
+  const Within call(playing.host, "setValue",
                     [&] { std::jthread([&] { playing.stream.readSpeed(); }); });
-  expectSame("open", kSuccess, engine.open(sourceUri(playing.sample)));
-  static_cast<void>(engine.activate());
+  expectSame("open", kSuccess, playing.open(sourceUri(playing.sample)));
+  static_cast<void>(playing.activate());
   playing.stream.resetStream();
   expectSame("the number of entries", static_cast<unsigned>(entries.size()),
              static_cast<unsigned>(readAll(playing.stream).size()));

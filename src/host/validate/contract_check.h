@@ -9,6 +9,7 @@
 
 namespace Ombe {
 
+class Plugin;
 class WatchedEngine;
 struct Playing;
 
@@ -24,9 +25,11 @@ struct ContractCheck {
   const char* name;      ///< "group.what-it-asks"
   const char* section;   ///< heading of docs/engine-interface.md that says so
   const char* expected;  ///< in a sentence
-  /// Asks the binary; a new component in an engine, attached; or the same that plays a sample, for
-  /// each sample.
-  std::variant<void (*)(const Subject&), void (*)(WatchedEngine&), void (*)(Playing&)> ask;
+  /// Asks the binary; a new component that is attached to nothing; one in an engine, attached; or
+  /// the same that plays a sample, for each sample.
+  std::variant<void (*)(const Subject&), void (*)(Plugin&), void (*)(WatchedEngine&),
+               void (*)(Playing&)>
+      ask;
 
   [[nodiscard]] std::string_view group() const {
     const std::string_view whole = name;

@@ -6,8 +6,6 @@
 namespace Ombe {
 namespace {
 
-using Attach = WatchedEngine::Attach;
-
 constexpr const char* kVocabulary[] = {
     kContainerInterfaceId, kSubtitleControlInterfaceId, kComponentInterfaceId,
     kInputComponentId,     kInputInterfaceId,           kSingleOutputComponentId,
@@ -37,10 +35,9 @@ void expectRefusal(Plugin& plugin, const std::string& identifier) {
   expect(found == nullptr, "looking up " + valueText(identifier) + " gave a pointer with status 3");
 }
 
-void answersOrRefuses(const Subject& subject) {
-  const WatchedEngine engine(subject, Attach::kLater);
+void answersOrRefuses(Plugin& plugin) {
   for (const char* identifier : kVocabulary) {
-    const auto [status, found] = lookUp(*engine.plugin, identifier);
+    const auto [status, found] = lookUp(plugin, identifier);
     const bool isRefusal = status == kUnknownInterface && found == nullptr;
     expect(isRefusal || (status == kSuccess && found != nullptr),
            std::string("looking up ") + identifier + " gave " + valueText(status) + " with " +
@@ -48,53 +45,43 @@ void answersOrRefuses(const Subject& subject) {
   }
 }
 
-void refusesOthers(const Subject& subject) {
-  const WatchedEngine engine(subject, Attach::kLater);
+void refusesOthers(Plugin& plugin) {
   const std::string base = "com.kelm.streamengine.interface.";
   for (const std::string& other : {base + "none", base, std::string("x"), std::string(5000, 'c')}) {
-    expectRefusal(*engine.plugin, other);
+    expectRefusal(plugin, other);
   }
 }
 
-void refusesNothing(const Subject& subject) {
-  const WatchedEngine engine(subject, Attach::kLater);
-  expectRefusal(*engine.plugin, "");
-}
+void refusesNothing(Plugin& plugin) { expectRefusal(plugin, ""); }
 
-void comparesAllBytes(const Subject& subject) {
-  const WatchedEngine engine(subject, Attach::kLater);
+void comparesAllBytes(Plugin& plugin) {
   for (const std::string identifier : kVocabulary) {
-    if (lookUp(*engine.plugin, identifier).found == nullptr) continue;
+    if (lookUp(plugin, identifier).found == nullptr) continue;
     std::string otherCase = identifier;
     otherCase[0] = 'C';
     const std::string shorter = identifier.substr(0, identifier.size() - 1);
     for (const std::string& other :
          {shorter, identifier + " ", identifier + '\0', " " + identifier, otherCase}) {
-      expectRefusal(*engine.plugin, other);
+      expectRefusal(plugin, other);
     }
   }
 }
 
-void answersTheSame(const Subject& subject) {
-  const WatchedEngine engine(subject, Attach::kLater);
+void answersTheSame(Plugin& plugin) {
   for (const char* identifier : kVocabulary) {
-    expect(lookUp(*engine.plugin, identifier).found == lookUp(*engine.plugin, identifier).found,
+    expect(lookUp(plugin, identifier).found == lookUp(plugin, identifier).found,
            std::string("looking up ") + identifier + " twice gave two pointers");
   }
 }
 
-void retainsNothing(const Subject& subject) {
-  const WatchedEngine engine(subject, Attach::kLater);
+void retainsNothing(Plugin& plugin) {
   for (const char* identifier : kVocabulary) {
-    lookUp(*engine.plugin, identifier);
-    expectSame(std::string("holdCount after looking up ") + identifier, 1,
-               engine.plugin->holdCount());
+    lookUp(plugin, identifier);
+    expectSame(std::string("holdCount after looking up ") + identifier, 1, plugin.holdCount());
   }
 }
 
-void counts(const Subject& subject) {
-  const WatchedEngine engine(subject, Attach::kLater);
-  Plugin& plugin = *engine.plugin;
+void counts(Plugin& plugin) {
   expectSame("retain of a component that counts 1", 2, plugin.retain());
   expectSame("retain of one that counts 2", 3, plugin.retain());
   expectSame("holdCount of one that counts 3", 3, plugin.holdCount());
@@ -103,9 +90,8 @@ void counts(const Subject& subject) {
   expectSame("holdCount of one that counts 1", 1, plugin.holdCount());
 }
 
-void informs(const Subject& subject) {
-  const WatchedEngine engine(subject, Attach::kLater);
-  const PluginInfo* info = engine.plugin->getPluginInfo();
+void informs(Plugin& plugin) {
+  const PluginInfo* info = plugin.getPluginInfo();
   expect(info != nullptr, "getPluginInfo gave a null pointer");
   expect(info->size >= sizeof(PluginInfo),
          "getPluginInfo gave a record of " + valueText(info->size) + " bytes instead of 8");
@@ -113,7 +99,7 @@ void informs(const Subject& subject) {
 }
 
 void keepsContext(const Subject& subject) {
-  WatchedEngine engine(subject, Attach::kLater);
+  WatchedEngine engine(subject, WatchedEngine::Attach::kLater);
   expect(engine.plugin->getPluginContext() == &engine.context,
          "getPluginContext gave another pointer than __getPlugin was given");
 }

@@ -16,64 +16,60 @@ std::ptrdiff_t countOf(const std::vector<std::string>& calls, std::string_view b
 }
 
 void opens(const Subject& subject) {
+  requireSamples(subject);
   for (const std::string& sample : subject.samples) {
     WatchedEngine engine(subject);
     setPlace(std::filesystem::path(sample).filename().string() + ": ");
     expect(readOne(engine.play(sample)) != "end", "it has no entry");
   }
-  if (subject.samples.empty()) {
-    static_cast<void>(WatchedEngine(subject).container());
-    report(Outcome::kNeedsSample, "");
-  }
 }
 
 void namesItsPath(Playing& playing) {
-  expectSame("getSourcePath", playing.sample, view(playing.engine.container().getSourcePath()));
+  expectSame("getSourcePath", playing.sample, view(playing.container().getSourcePath()));
 }
 
 void keepsItsPath(Playing& playing) {
-  expectSame("open of a missing file", kGeneralFailure, playing.engine.open("file:///no/such.sub"));
+  expectSame("open of a missing file", kGeneralFailure, playing.open("file:///no/such.sub"));
   expectSame("getSourcePath after an open that failed", playing.sample,
-             view(playing.engine.container().getSourcePath()));
+             view(playing.container().getSourcePath()));
 }
 
 void knowsItsSize(Playing& playing) {
   std::error_code error;
   const std::uint64_t expected = std::filesystem::file_size(playing.sample, error);
   std::uint64_t size = ~expected;
-  expectSame("getFileSize", kSuccess, playing.engine.container().getFileSize(&size));
+  expectSame("getFileSize", kSuccess, playing.container().getFileSize(&size));
   expectSame("its output", UID{expected}, UID{size});
   expectSame("getFileSize without an output", kGeneralFailure,
-             playing.engine.container().getFileSize(nullptr));
+             playing.container().getFileSize(nullptr));
 }
 
 void asksForItsFormat(Playing& playing) {
   FormatRequirementList missing(1, FormatRequirement{"other", {1, 2, 3}});
   const std::string uri = sourceUri(playing.sample);
-  expectSame("probe by an engine that shows its format", true, playing.engine.probe(uri, &missing));
+  expectSame("probe by an engine that shows its format", true, playing.probe(uri, &missing));
   expectSame("the list's length then", 1U, static_cast<unsigned>(missing.size()));
-  playing.engine.context.showsFormats = false;
-  expectSame("probe by an engine that shows no format", false, playing.engine.probe(uri, &missing));
+  playing.context.showsFormats = false;
+  expectSame("probe by an engine that shows no format", false, playing.probe(uri, &missing));
   expectSame("the list's length then", 2U, static_cast<unsigned>(missing.size()));
   expectSame("what stood in the list", "other", std::string_view(missing[0].name));
   expect(missing[1].name[0] != 0, "the format that is missing has no name");
-  expectSame("probe without a list", false, playing.engine.probe(uri));
+  expectSame("probe without a list", false, playing.probe(uri));
 }
 
 /// Announced and selected only when the program is activated.
 void announcesOnActivation(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
-  engine.record.take();
-  const std::size_t before = engine.host.streams.size();
-  expectSame("open once more", kSuccess, engine.open(sourceUri(playing.sample)));
-  expect(countOf(engine.record.take(), "announceStream") == 0, "open announced a stream");
-  expectSame("activateProgram", kSuccess, engine.activate());
+  playing.record.take();
+  const std::size_t before = playing.host.streams.size();
+  expectSame("open once more", kSuccess, playing.open(sourceUri(playing.sample)));
+  expect(countOf(playing.record.take(), "announceStream") == 0, "open announced a stream");
+  expectSame("activateProgram", kSuccess, playing.activate());
   expectSame("streams of two sources", static_cast<unsigned>(2 * before),
-             static_cast<unsigned>(engine.host.streams.size()));
+             static_cast<unsigned>(playing.host.streams.size()));
 }
 
 void selectsOne(Playing& playing) {
-  const auto calls = playing.engine.record.take();
+  const auto calls = playing.record.take();
   expectSame("calls of selectStream in an activation", 1LL, countOf(calls, "selectStream") + 0LL);
   const auto after = std::find_if(calls.begin(), calls.end(), [](const std::string& call) {
     return call.starts_with("selectStream");
@@ -83,44 +79,40 @@ void selectsOne(Playing& playing) {
 }
 
 void announcesTheSameAgain(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
   std::vector<const StreamInterface*> before, after;
-  for (const auto& [uid, stream] : engine.host.streams) before.push_back(stream.get());
-  expectSame("activateProgram once more", kSuccess, engine.activate());
-  for (const auto& [uid, stream] : engine.host.streams) after.push_back(stream.get());
+  for (const auto& [uid, stream] : playing.host.streams) before.push_back(stream.get());
+  expectSame("activateProgram once more", kSuccess, playing.activate());
+  for (const auto& [uid, stream] : playing.host.streams) after.push_back(stream.get());
   expect(before == after, "another activation announced other streams");
-  expect(engine.record.foul().empty(), engine.record.foul());
+  expect(playing.record.foul().empty(), playing.record.foul());
 }
 
 void keepsStreamsWhenTold(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
   const std::string first = readOne(playing.stream);
-  engine.record.take();
-  expectSame("deactivate that keeps the streams", kSuccess, engine.container().deactivate(true));
-  expect(countOf(engine.record.take(), "withdrawStream") == 0,
+  playing.record.take();
+  expectSame("deactivate that keeps the streams", kSuccess, playing.container().deactivate(true));
+  expect(countOf(playing.record.take(), "withdrawStream") == 0,
          "deactivate withdrew what it was told to keep");
   expectSame("resetStream", kSuccess, playing.stream.resetStream());
   expectSame("a read from the beginning", first, readOne(playing.stream));
 }
 
 void withdrawsOnce(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
-  const auto streams = static_cast<long long>(engine.host.streams.size());
-  engine.record.take();
-  expectSame("deactivate", kSuccess, engine.container().deactivate(false));
+  const auto streams = static_cast<long long>(playing.host.streams.size());
+  playing.record.take();
+  expectSame("deactivate", kSuccess, playing.container().deactivate(false));
   expectSame("calls of withdrawStream", streams,
-             countOf(engine.record.take(), "withdrawStream") + 0LL);
-  expectSame("deactivate once more", kSuccess, engine.container().deactivate(false));
-  expect(countOf(engine.record.take(), "withdrawStream") == 0, "streams were withdrawn twice");
-  expect(engine.record.foul().empty(), engine.record.foul());
+             countOf(playing.record.take(), "withdrawStream") + 0LL);
+  expectSame("deactivate once more", kSuccess, playing.container().deactivate(false));
+  expect(countOf(playing.record.take(), "withdrawStream") == 0, "streams were withdrawn twice");
+  expect(playing.record.foul().empty(), playing.record.foul());
 }
 
 /// One that the container had destroyed would not answer.
 void leavesStreamsToTheHost(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
-  engine.host.keepsWithdrawn = true;
+  playing.host.keepsWithdrawn = true;
   const UID uid = playing.stream.streamUID();
-  engine.container().deactivate(false);
+  playing.container().deactivate(false);
   expectSame("streamUID of a withdrawn stream", uid, playing.stream.streamUID());
   expectSame("containerUID of it", WatchedEngine::kContainerUID, playing.stream.containerUID());
   expectSame("readSpeed of it", 1000, playing.stream.readSpeed());
@@ -128,20 +120,18 @@ void leavesStreamsToTheHost(Playing& playing) {
 }
 
 void opensAgain(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
   const std::vector<std::string> before = readAll(playing.stream);
   for (int round = 0; round < 3; ++round) {
-    expectSame("deactivate", kSuccess, engine.container().deactivate(false));
-    expect(readAll(engine.play(playing.sample)) == before, "opened again, it reads otherwise");
+    expectSame("deactivate", kSuccess, playing.container().deactivate(false));
+    expect(readAll(playing.play(playing.sample)) == before, "opened again, it reads otherwise");
   }
 }
 
 void callsRightly(Playing& playing) {
   readAll(playing.stream);
   playing.stream.seekStream(0, nullptr, true);
-  playing.engine.container().deactivate(false);
-  expect(playing.engine.record.foul().empty(),
-         "it made this call: " + playing.engine.record.foul());
+  playing.container().deactivate(false);
+  expect(playing.record.foul().empty(), "it made this call: " + playing.record.foul());
 }
 
 void throwsNothing(const Subject& subject) {

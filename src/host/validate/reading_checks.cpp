@@ -64,11 +64,11 @@ void refusesNoClock(Playing& playing) {
 
 void waitsForTheClock(Playing& playing) {
   const auto entries = entriesOf(playing.stream);
-  playing.engine.clock.set(-1);
+  playing.clock.set(-1);
   expectSame("a read while the clock is at -1", "wait", readOne(playing.stream));
-  playing.engine.clock.set(std::numeric_limits<std::int32_t>::min());
+  playing.clock.set(std::numeric_limits<std::int32_t>::min());
   expectSame("a read while the clock is at its least", "wait", readOne(playing.stream));
-  playing.engine.clock.set(PlaybackClock::kEnd);
+  playing.clock.set(PlaybackClock::kEnd);
   expectSame("a read when it has come", entries[0], readOne(playing.stream));
 }
 
@@ -76,14 +76,14 @@ void deliversBeforeItsTime(Playing& playing) {
   for (const std::string& entry : entriesOf(playing.stream)) {
     const std::uint32_t start = startOf(entry);
     if (start > std::uint32_t{PlaybackClock::kEnd}) break;
-    playing.engine.clock.set(static_cast<std::int32_t>(start));
+    playing.clock.set(static_cast<std::int32_t>(start));
     expectSame("a read with the clock at the entry's start", entry, readOne(playing.stream));
   }
 }
 
 void readsAtTheClocksEnd(Playing& playing) {
   const auto entries = entriesOf(playing.stream);
-  playing.engine.clock.set(std::numeric_limits<std::int32_t>::max());
+  playing.clock.set(std::numeric_limits<std::int32_t>::max());
   expect(readAll(playing.stream) == entries, "with the clock at its greatest it reads otherwise");
 }
 
@@ -166,7 +166,7 @@ void readsBackward(Playing& playing) {
 
 void addsTheOffset(Playing& playing) {
   const auto entries = entriesOf(playing.stream);
-  playing.engine.host.offset = 1500;
+  playing.host.offset = 1500;
   const std::string shifted = readOne(playing.stream);
   expectSame("the start of an entry with an offset of 1500 ms", startOf(entries[0]) + 1500,
              startOf(shifted));

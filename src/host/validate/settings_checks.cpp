@@ -24,32 +24,30 @@ std::ptrdiff_t countOf(const std::vector<std::string>& calls, const char* wanted
 }
 
 void registersOnActivation(Playing& playing) {
-  consumerOf(playing.engine);
+  consumerOf(playing);
   expectSame("registered consumers", 1U,
-             static_cast<unsigned>(playing.engine.controller.consumers.size()));
+             static_cast<unsigned>(playing.controller.consumers.size()));
 }
 
 void deregisters(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
-  consumerOf(engine);
+  consumerOf(playing);
   for (const bool keeps : {true, false}) {
-    expectSame("activateProgram", kSuccess, engine.activate());
-    consumerOf(engine);
-    engine.record.take();
-    expectSame("deactivate", kSuccess, engine.container().deactivate(keeps));
+    expectSame("activateProgram", kSuccess, playing.activate());
+    consumerOf(playing);
+    playing.record.take();
+    expectSame("deactivate", kSuccess, playing.container().deactivate(keeps));
     expect(
-        countOf(engine.record.take(), "unregisterConsumer") > 0 &&
-            engine.controller.consumers.empty(),
+        countOf(playing.record.take(), "unregisterConsumer") > 0 &&
+            playing.controller.consumers.empty(),
         std::string("deactivate left a consumer registered") + (keeps ? ", keeping streams" : ""));
   }
 }
 
 void deregistersBeforeItWithdraws(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
-  consumerOf(engine);
-  engine.record.take();
-  engine.container().deactivate(false);
-  for (const std::string& call : engine.record.take()) {
+  consumerOf(playing);
+  playing.record.take();
+  playing.container().deactivate(false);
+  for (const std::string& call : playing.record.take()) {
     if (call == "unregisterConsumer") return;
     expect(!call.starts_with("withdrawStream"), "a stream was withdrawn before");
   }
@@ -78,21 +76,28 @@ void needsNoController(const Subject& subject) {
   }
 }
 
+/// Values of every tag, few of which a setting can have.
+struct OddValues {
+  String none, text{"no such page"};
+  SettingValue values[8] = {SettingValue(),
+                            SettingValue::boolean(true),
+                            SettingValue::ratio({0, 0}),
+                            SettingValue::ratio({1, ~0U}),
+                            SettingValue::ratio({~0U, 1}),
+                            SettingValue::string(nullptr),
+                            SettingValue::string(&none),
+                            SettingValue::string(&text)};
+};
+
 /// Names, and values of tags that do not belong to them.
 void ignoresWhatIsNotIts(Playing& playing) {
-  SettingConsumer& consumer = consumerOf(playing.engine);
+  SettingConsumer& consumer = consumerOf(playing);
   const auto entries = readAll(playing.stream);
-  String none, text("no such page");
-  const SettingValue values[] = {SettingValue(),
-                                 SettingValue::boolean(true),
-                                 SettingValue::ratio({0, 0}),
-                                 SettingValue::string(nullptr),
-                                 SettingValue::string(&none),
-                                 SettingValue::string(&text)};
+  const OddValues odd;
   for (const char* group : {"", "Other", "Font"}) {
     for (const char* key : {"", "Name", "Ratio"}) {
       const Setting setting(MediaType::kSubtitle, group, key);
-      for (const SettingValue& value : values) consumer.settingChanged(setting, &value);
+      for (const SettingValue& value : odd.values) consumer.settingChanged(setting, &value);
     }
   }
   playing.stream.resetStream();
@@ -100,19 +105,11 @@ void ignoresWhatIsNotIts(Playing& playing) {
 }
 
 void bearsAnyValue(Playing& playing) {
-  SettingConsumer& consumer = consumerOf(playing.engine);
-  String none, text("no such page");
-  const SettingValue values[] = {SettingValue(),
-                                 SettingValue::boolean(true),
-                                 SettingValue::ratio({0, 0}),
-                                 SettingValue::ratio({1, ~0U}),
-                                 SettingValue::ratio({~0U, 1}),
-                                 SettingValue::string(nullptr),
-                                 SettingValue::string(&none),
-                                 SettingValue::string(&text)};
+  SettingConsumer& consumer = consumerOf(playing);
+  const OddValues odd;
   for (const Setting& setting : {frameRateSetting(), codePageSetting(), autodetectedSetting()}) {
     consumer.settingChanged(setting, nullptr);
-    for (const SettingValue& value : values) consumer.settingChanged(setting, &value);
+    for (const SettingValue& value : odd.values) consumer.settingChanged(setting, &value);
   }
   playing.stream.resetStream();
   readAll(playing.stream);
@@ -120,7 +117,7 @@ void bearsAnyValue(Playing& playing) {
 
 /// The caller's string is gone right after.
 void keepsNoString(Playing& playing) {
-  SettingConsumer& consumer = consumerOf(playing.engine);
+  SettingConsumer& consumer = consumerOf(playing);
   {
     String name("windows-1250 or so, in a string that is long enough for the heap");
     const SettingValue value = SettingValue::string(&name);
@@ -132,18 +129,16 @@ void keepsNoString(Playing& playing) {
 }
 
 void writesAgain(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
   for (int round = 0; round < 3; ++round) {
-    engine.probe(sourceUri(playing.sample));
-    expectSame("open", kSuccess, engine.open(sourceUri(playing.sample)));
+    playing.probe(sourceUri(playing.sample));
+    expectSame("open", kSuccess, playing.open(sourceUri(playing.sample)));
   }
-  expect(engine.record.foul().empty(), engine.record.foul());
-  static_cast<void>(engine.activate());
+  expect(playing.record.foul().empty(), playing.record.foul());
+  static_cast<void>(playing.activate());
 }
 
 void isSilentWhenReleased(const Subject& subject) {
   WatchedEngine engine(subject);
-  static_cast<void>(engine.container());
   engine.container().deactivate(false);
   engine.record.take();
   engine.isLetGo = true;

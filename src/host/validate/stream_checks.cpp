@@ -42,7 +42,7 @@ void namesItsFormat(Playing& playing) {
   expect(format != nullptr, "getFormat gave a null pointer");
   const std::string name(format->name, ::strnlen(format->name, sizeof format->name));
   expect(!name.empty(), "getFormat gave a format without a name");
-  const auto calls = playing.engine.record.take();
+  const auto calls = playing.record.take();
   expect(std::count(calls.begin(), calls.end(), "supportsFormat " + name) != 0,
          "the engine was never asked whether it shows " + valueText(name));
 }

@@ -30,13 +30,27 @@ void together(int count, const Work& work) {
   }
 }
 
+/// Every other thread reads, again and again, while the others do `work` with their round.
+template <typename Work>
+void whileRead(StreamInterface& stream, int threads, int rounds, const Work& work) {
+  together(threads, [&](int number) {
+    for (int round = 0; round < rounds; ++round) {
+      if (number % 2 != 0) {
+        work(round);
+      } else if (readOne(stream) == "end") {
+        stream.resetStream();
+      }
+    }
+  });
+}
+
 /// What one thread may do while others read.
 void disturb(Playing& playing, int kind, int round) {
   StreamInterface& stream = playing.stream;
   std::uint32_t found = 0;
   if (kind == 0) stream.seekStream(static_cast<std::uint32_t>(round * 100), &found, false);
   if (kind == 1) stream.getNextChunkTime(0, 1500, &found);
-  if (kind == 2) stream.setTimeSource(&playing.engine.clock);
+  if (kind == 2) stream.setTimeSource(&playing.clock);
   if (kind == 3) stream.resetStream();
   if (kind == 4) stream.setReadSpeed(round % 2 == 0 ? -1000 : 1000);
 }
@@ -60,58 +74,37 @@ void readsAndIsMoved(Playing& playing) {
 }
 
 void isNotified(Playing& playing) {
-  const auto& consumers = playing.engine.controller.consumers;
+  const auto& consumers = playing.controller.consumers;
   if (consumers.empty()) report(Outcome::kNotOffered, "it registers no consumer");
   SettingConsumer& consumer = **consumers.begin();
   String page("UTF-8");
   const SettingValue values[] = {SettingValue::ratio({25, 1}), SettingValue::ratio({24, 1}),
                                  SettingValue::string(&page), SettingValue::boolean(false)};
-  together(kThreadCount, [&](int number) {
-    for (int round = 0; round < kRounds; ++round) {
-      if (number % 2 == 0) {
-        if (readOne(playing.stream) == "end") playing.stream.resetStream();
-        continue;
-      }
-      consumer.settingChanged(frameRateSetting(), &values[round % 4]);
-      consumer.settingChanged(codePageSetting(), &values[round % 4]);
-    }
+  whileRead(playing.stream, kThreadCount, kRounds, [&](int round) {
+    consumer.settingChanged(frameRateSetting(), &values[round % 4]);
+    consumer.settingChanged(codePageSetting(), &values[round % 4]);
   });
 }
 
 void isActivatedAgain(Playing& playing) {
-  together(2, [&](int number) {
-    for (int round = 0; round < kRounds; ++round) {
-      if (number == 0) {
-        if (readOne(playing.stream) == "end") playing.stream.resetStream();
-        continue;
-      }
-      expectSame("deactivate that keeps streams", kSuccess,
-                 playing.engine.container().deactivate(true));
-      expectSame("activateProgram", kSuccess, playing.engine.activate());
-    }
+  whileRead(playing.stream, 2, kRounds, [&](int /*round*/) {
+    expectSame("deactivate that keeps streams", kSuccess, playing.container().deactivate(true));
+    expectSame("activateProgram", kSuccess, playing.activate());
   });
 }
 
 void isReleasedWhileRead(Playing& playing) {
-  WatchedEngine& engine = playing.engine;
-  engine.host.keepsWithdrawn = true;
+  playing.host.keepsWithdrawn = true;
   const std::string uri = sourceUri(playing.sample);
-  together(2, [&](int number) {
-    for (int round = 0; round < kRounds / 5; ++round) {
-      if (number == 0) {
-        if (readOne(playing.stream) == "end") playing.stream.resetStream();
-        continue;
-      }
-      expectSame("deactivate", kSuccess, engine.container().deactivate(false));
-      expectSame("open", kSuccess, engine.open(uri));
-      expectSame("activateProgram", kSuccess, engine.activate());
-    }
+  whileRead(playing.stream, 2, kRounds / 5, [&](int /*round*/) {
+    expectSame("deactivate", kSuccess, playing.container().deactivate(false));
+    expectSame("open", kSuccess, playing.open(uri));
+    expectSame("activateProgram", kSuccess, playing.activate());
   });
 }
 
 void playApart(const Subject& subject) {
-  static_cast<void>(WatchedEngine(subject).container());
-  if (subject.samples.empty()) report(Outcome::kNeedsSample, "");
+  requireSamples(subject);
   const std::string& sample = subject.samples.front();
   together(kThreadCount, [&](int /*number*/) {
     for (int round = 0; round < 5; ++round) {
@@ -149,13 +142,12 @@ void countTogether(const Subject& subject) {
 /// Asked on another thread, which waits for good when the lock is held.
 void leavesNoLock(Playing& playing) {
   StreamInterface& stream = playing.stream;
-  WatchedEngine& engine = playing.engine;
-  engine.host.keepsWithdrawn = true;
+  playing.host.keepsWithdrawn = true;
   const auto elsewhere = [&](const char* /*after*/) {
     std::jthread([&] {
       stream.setReadSpeed(1000);
       stream.resetStream();
-      engine.container().deactivate(true);
+      playing.container().deactivate(true);
     });
   };
   std::uint32_t out = 0;
@@ -167,12 +159,12 @@ void leavesNoLock(Playing& playing) {
   stream.getNextChunkTime(0, 0, nullptr), elsewhere("getNextChunkTime without an output");
   stream.setTimeSource(nullptr), elsewhere("setTimeSource");
   stream.setReadSpeed(0), stream.seekStream(0, &out, true), elsewhere("seekStream on a pause");
-  engine.open("file:///no/such.sub"), elsewhere("open of a missing file");
-  engine.container().activateProgram(12345), elsewhere("activateProgram of another");
-  static_cast<void>(engine.activate()), elsewhere("activateProgram");
-  engine.open(sourceUri(playing.sample)), elsewhere("open");
-  static_cast<void>(engine.activate());
-  engine.container().deactivate(false), elsewhere("deactivate");
+  playing.open("file:///no/such.sub"), elsewhere("open of a missing file");
+  playing.container().activateProgram(12345), elsewhere("activateProgram of another");
+  static_cast<void>(playing.activate()), elsewhere("activateProgram");
+  playing.open(sourceUri(playing.sample)), elsewhere("open");
+  static_cast<void>(playing.activate());
+  playing.container().deactivate(false), elsewhere("deactivate");
 }
 
 constexpr ContractCheck kChecks[] = {

@@ -26,18 +26,17 @@ bool isChosen(const ContractCheck& check, const std::vector<std::string>& only) 
                                      [&](const std::string& name) { return isNamed(check, name); });
 }
 
-/// What the process that asks needs to know.
-struct Question {
-  const Subject& subject;
-  const ContractCheck& check;
-};
-
-void ask(const void* argument) {
-  const auto& [subject, check] = *static_cast<const Question*>(argument);
-  askOf(subject, check);
-}
-
 }  // namespace
+
+std::vector<ContractCheck> allContractChecks() {
+  std::vector<ContractCheck> all;
+  for (const auto& group : {loadingChecks(), lookupChecks(), containerChecks(), programChecks(),
+                            settingsChecks(), streamChecks(), readingChecks(), allocatorChecks(),
+                            threadsChecks(), comingBackChecks(), memoryChecks()}) {
+    all.insert(all.end(), group.begin(), group.end());
+  }
+  return all;
+}
 
 std::size_t Validation::count(Outcome outcome) const {
   return static_cast<std::size_t>(std::count_if(
@@ -62,10 +61,10 @@ Validation validate(const ValidationOptions& options,
   for (const ContractCheck& check : allContractChecks()) {
     const bool isWanted = isChosen(check, options.only);
     if (!isWanted && !isFirst(check)) continue;
-    const Question question{options.subject, check};
     Judgement judgement{check, {Outcome::kNeedsSample, "container.opens does not end"}};
     if (opens || !std::holds_alternative<void (*)(Playing&)>(check.ask)) {
-      judgement.verdict = judge(ask, &question, options.limitSeconds, options.isLoud);
+      judgement.verdict =
+          judge([&] { askOf(options.subject, check); }, options.limitSeconds, options.isLoud);
     }
     opens = opens && !(judgement.verdict.isHang && check.name == std::string_view(kOpens));
     validation.isLoadable = !isFirst(check) || judgement.verdict.outcome == Outcome::kPassed;

@@ -41,14 +41,14 @@ void closeStandardStreams(bool isLoud) {
   }
 }
 
-[[noreturn]] void runChild(void (*ask)(const void*), const void* argument, bool isLoud) {
+[[noreturn]] void runChild(const std::function<void()>& ask, bool isLoud) {
   ::setpgid(0, 0);
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   const rlimit noCore{0, 0};
   ::setrlimit(RLIMIT_CORE, &noCore);
   closeStandardStreams(isLoud);
   try {
-    ask(argument);
+    ask();
   } catch (const std::exception& error) {
     report(Outcome::kFailed, std::string("an exception left an operation: ") + error.what());
   } catch (...) {
@@ -106,7 +106,7 @@ Verdict verdictOf(const std::string& message, int status) {
 
 }  // namespace
 
-Verdict judge(void (*ask)(const void*), const void* argument, int limitSeconds, bool isLoud) {
+Verdict judge(const std::function<void()>& ask, int limitSeconds, bool isLoud) {
   int ends[2];
   if (::pipe2(ends, O_CLOEXEC) != 0) {
     throw Failure(Step::kLoad, std::string("no pipe: ") + std::strerror(errno));
@@ -115,7 +115,7 @@ Verdict judge(void (*ask)(const void*), const void* argument, int limitSeconds, 
   if (child == 0) {
     ::close(ends[0]);
     reportDescriptor = ends[1];
-    runChild(ask, argument, isLoud);
+    runChild(ask, isLoud);
   }
   const int error = errno;
   ::close(ends[1]);
@@ -145,9 +145,5 @@ void setPlace(std::string place) { where = std::move(place); }
 void setFailure(Outcome outcome) { failure = outcome; }
 
 void reportFailure(std::string_view came) { report(failure, came); }
-
-std::string valueText(long long value) { return std::to_string(value); }
-std::string valueText(unsigned long long value) { return std::to_string(value); }
-std::string valueText(std::string_view value) { return "'" + std::string(value) + "'"; }
 
 }  // namespace Ombe

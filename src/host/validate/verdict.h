@@ -1,9 +1,11 @@
 // What became of a check, and how the process that asks says so.
 #pragma once
 
-#include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 
 #include "ombe_core/status.h"
 
@@ -26,8 +28,7 @@ struct Verdict {
 /// `isLoud` leaves it standard error) and a group of its own. One that does not end within the
 /// limit is ended with its group, and has failed, as has one that crashes. Call it while this
 /// process has one thread. Throws Failure when no process can be made.
-Verdict judge(void (*ask)(const void* argument), const void* argument, int limitSeconds,
-              bool isLoud);
+Verdict judge(const std::function<void()>& ask, int limitSeconds, bool isLoud);
 
 /// Ends the process that asks, without unwinding through a plug-in that may be broken. Any thread;
 /// the first one counts.
@@ -46,19 +47,15 @@ inline void expect(bool holds, std::string_view came) {
   if (!holds) reportFailure(came);
 }
 
-std::string valueText(long long value);
-std::string valueText(unsigned long long value);
-std::string valueText(std::string_view value);
-inline std::string valueText(bool value) { return value ? "true" : "false"; }
-inline std::string valueText(const char* value) { return valueText(std::string_view(value)); }
-inline std::string valueText(const std::string& value) {
-  return valueText(std::string_view(value));
-}
-inline std::string valueText(int value) {
-  return value == kGeneralFailure ? "0x80100001" : valueText(static_cast<long long>(value));
-}
-inline std::string valueText(unsigned value) {
-  return valueText(static_cast<unsigned long long>(value));
+template <typename Value>
+std::string valueText(const Value& value) {
+  if constexpr (std::is_same_v<Value, bool>) {
+    return value ? "true" : "false";
+  } else if constexpr (std::is_integral_v<Value>) {
+    return std::cmp_equal(value, kGeneralFailure) ? "0x80100001" : std::to_string(value);
+  } else {
+    return "'" + std::string(value) + "'";
+  }
 }
 
 /// `asked` names the operation, with what it was asked.

@@ -13,7 +13,9 @@ WatchedEngine::WatchedEngine(const Subject& subject, Attach attach)
     : library(subject.plugin), plugin(library.create(context)) {
   container_ = findInterface<ContainerInterface>(*plugin, kContainerInterfaceId);
   control_ = findInterface<SubtitleControlInterface>(*plugin, kSubtitleControlInterfaceId);
-  if (attach == Attach::kNow) this->attach();
+  if (attach == Attach::kLater) return;
+  container().attach(&host, kContainerUID);
+  if (control_ != nullptr) control_->setSubtitleController(&controller);
 }
 
 WatchedEngine::~WatchedEngine() {
@@ -28,11 +30,6 @@ ContainerInterface& WatchedEngine::container() const {
 SubtitleControlInterface& WatchedEngine::control() const {
   if (control_ == nullptr) report(Outcome::kNotOffered, "it takes no subtitle controller");
   return *control_;
-}
-
-void WatchedEngine::attach() {
-  container().attach(&host, kContainerUID);
-  if (control_ != nullptr) control_->setSubtitleController(&controller);
 }
 
 bool WatchedEngine::probe(const std::string& uri, FormatRequirementList* missing) {
@@ -61,18 +58,20 @@ StreamInterface& WatchedEngine::play(const std::string& sample) {
   return *selected->second;
 }
 
+void requireSamples(const Subject& subject, std::string_view advice) {
+  if (!subject.samples.empty()) return;
+  const WatchedEngine engine(subject);  // reports when there is nothing to play with
+  report(Outcome::kNeedsSample, advice);
+}
+
 namespace {
 
 void askPlaying(const Subject& subject, void (*ask)(Playing&)) {
-  if (subject.samples.empty()) {
-    const WatchedEngine engine(subject);  // reports when there is nothing to play with
-    report(Outcome::kNeedsSample, "name a file of its format with --sample");
-  }
+  requireSamples(subject, "name a file of its format with --sample");
   for (const std::string& sample : subject.samples) {
     setPlace(std::filesystem::path(sample).filename().string() + ": ");
-    WatchedEngine engine(subject);
     setFailure(Outcome::kNeedsSample);  // one that does not open is a matter of container.opens
-    Playing playing{engine, engine.play(sample), sample};
+    Playing playing(subject, sample);
     setFailure(Outcome::kFailed);
     ask(playing);
   }
@@ -83,6 +82,8 @@ void askPlaying(const Subject& subject, void (*ask)(Playing&)) {
 void askOf(const Subject& subject, const ContractCheck& check) {
   if (const auto* ofBinary = std::get_if<void (*)(const Subject&)>(&check.ask)) {
     (*ofBinary)(subject);
+  } else if (const auto* ofPlugin = std::get_if<void (*)(Plugin&)>(&check.ask)) {
+    (*ofPlugin)(*WatchedEngine(subject, WatchedEngine::Attach::kLater).plugin);
   } else if (const auto* ofComponent = std::get_if<void (*)(WatchedEngine&)>(&check.ask)) {
     WatchedEngine engine(subject);
     (*ofComponent)(engine);

@@ -29,7 +29,6 @@ class WatchedEngine {
   /// Reports that there is none, where it is not offered.
   [[nodiscard]] ContainerInterface& container() const;
   [[nodiscard]] SubtitleControlInterface& control() const;
-  void attach();
 
   bool probe(const std::string& uri, FormatRequirementList* missing = nullptr);
   Status open(const std::string& uri);
@@ -54,11 +53,16 @@ class WatchedEngine {
 };
 
 /// A component that plays a sample.
-struct Playing {
-  WatchedEngine& engine;
-  StreamInterface& stream;
+struct Playing : WatchedEngine {
+  Playing(const Subject& subject, const std::string& file)
+      : WatchedEngine(subject), sample(file), stream(play(file)) {}
+
   const std::string& sample;
+  StreamInterface& stream;
 };
+
+/// Reports that there is no sample, or nothing to play one with.
+void requireSamples(const Subject& subject, std::string_view advice = {});
 
 /// Asks as the check wants to be asked; reports when there is no sample where one is needed.
 void askOf(const Subject& subject, const ContractCheck& check);

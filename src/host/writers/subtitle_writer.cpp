@@ -40,15 +40,9 @@ void SubtitleWriter::append(const Subtitle& subtitle, std::string& out) {
 }
 
 bool SubtitleWriter::takes(const Subtitle& subtitle) const {
-  switch (takes_) {
-    case Takes::kAll:
-      return true;
-    case Takes::kEndNotBeforeStart:
-      return subtitle.end() >= subtitle.timestamp;
-    case Takes::kEndAfterStart:
-      return subtitle.end() > subtitle.timestamp;
-  }
-  return true;
+  if (takes_ == Takes::kAll) return true;
+  return takes_ == Takes::kEndAfterStart ? subtitle.end() > subtitle.timestamp
+                                         : subtitle.end() >= subtitle.timestamp;
 }
 
 std::vector<std::string> SubtitleWriter::remarks() const {
