@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/text/utf8_scan.h"
+#include "host/text/visible_text.h"
 
 namespace Ombe {
 namespace {
@@ -18,20 +19,6 @@ bool isPlain(std::string_view text) {
   return std::all_of(text.begin(), text.end(), shows) && isUtf8(text);
 }
 
-void appendEscaped(std::string_view text, std::string& out) {
-  for (const char c : text) {
-    if (c == '&') {
-      out += "&amp;";
-    } else if (c == '<') {
-      out += "&lt;";
-    } else if (c == '>') {
-      out += "&gt;";
-    } else {
-      out += c;
-    }
-  }
-}
-
 void appendColor(Color color, std::string& out) {
   for (int shift = 20; shift >= 0; shift -= 4) out += "0123456789ABCDEF"[color >> shift & 0xF];
 }
@@ -44,7 +31,7 @@ void appendSpan(const Span& span, std::string& out) {
   }
   if (span.style.bold) out += "<b>";
   if (span.style.italic) out += "<i>";
-  appendEscaped(span.text, out);
+  out += escaped(span.text, {{'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}});
   if (span.style.italic) out += "</i>";
   if (span.style.bold) out += "</b>";
   if (span.style.color) out += "</span>";

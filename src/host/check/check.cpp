@@ -32,9 +32,7 @@ void describe(Session& session, Answer& answer) {
 /// Recognising pays no heed to the name, opening does.
 bool hasSubtitleName(const std::string& path) {
   const std::string uri = sourceUri(path);
-  const std::size_t dot = uri.rfind('.');
-  const std::string extension = dot == std::string::npos ? "" : uri.substr(dot);
-  return extension == ".sub" || extension == ".txt";
+  return uri.ends_with(".sub") || uri.ends_with(".txt");
 }
 
 /// Whether every byte behind the signature is a character.

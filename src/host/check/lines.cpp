@@ -116,12 +116,9 @@ Kind badLineKind(const std::string& line) {
 }
 
 bool firstLineIsMicroDVD(std::string_view text) {
-  bool begins = false;
-  forEachLine(text, [&begins](const TextLine& line) {
-    begins = scanLine(std::string(line.text).c_str()).count >= 2;
-    return false;
-  });
-  return begins;
+  text.remove_prefix(std::min(text.find_first_not_of("\r\n"), text.size()));
+  const std::string line(text.substr(0, text.find_first_of("\r\n")));
+  return scanLine(line.c_str()).count >= 2;
 }
 
 void checkLines(const Answer& answer, FrameRate user, CheckReport& report) {

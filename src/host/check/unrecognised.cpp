@@ -46,10 +46,6 @@ std::optional<Kind> otherFormat(std::string_view text) {
   return std::nullopt;
 }
 
-bool hasLine(std::string_view text) {
-  return text.find_first_not_of("\r\n") != std::string_view::npos;
-}
-
 }  // namespace
 
 std::size_t signatureLength(std::string_view bytes) {
@@ -93,7 +89,7 @@ void explainUnrecognised(std::string_view bytes, const Answer& answer, Findings&
   if (whole && firstLineIsMicroDVD(*whole)) return findings.add({Kind::kLateStart});
   if (!answer.hasSignature && isWide(bytes)) return findings.add({Kind::kWide});
   if (const auto other = otherFormat(seen)) return findings.add({*other});
-  if (!hasLine(seen)) return findings.add({Kind::kBlank});
+  if (seen.find_first_not_of("\r\n") == std::string_view::npos) return findings.add({Kind::kBlank});
   if (raw.size() < kShortest) return findings.add({Kind::kShort});
   if (!text && answer.hasSignature) return findings.add({Kind::kUndecodable}, codePage);
   findings.setText(std::string(seen));

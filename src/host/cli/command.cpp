@@ -29,20 +29,4 @@ std::vector<Command> allCommands() {
   return commands;
 }
 
-Setter into(bool& flag) {
-  return [&flag](const std::string& /*none*/) { return flag = true; };
-}
-
-Setter into(std::string& text) {
-  return [&text](const std::string& value) { return text = value, true; };
-}
-
-Setter into(std::optional<std::string>& text) {
-  return [&text](const std::string& value) { return text = value, true; };
-}
-
-Setter into(std::vector<std::string>& texts) {
-  return [&texts](const std::string& value) { return texts.push_back(value), true; };
-}
-
 }  // namespace Ombe

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -36,10 +37,7 @@ struct Option {
 };
 
 /// A word or a key, and what it means.
-struct Meaning {
-  std::string name;
-  std::string meaning;
-};
+using Meaning = std::pair<std::string, std::string>;
 
 struct Command {
   std::string name;
@@ -88,14 +86,19 @@ std::optional<T> parseNumber(const std::string& text) {
   return result.ec == std::errc() && result.ptr == end ? std::optional(number) : std::nullopt;
 }
 
+/// Stores a number or a text, adds to texts, or sets a flag.
 template <typename T>
-Setter into(T& number) {
-  return parsedInto(number, parseNumber<T>);
+Setter into(T& target) {
+  if constexpr (std::is_same_v<T, bool>) {
+    return [&target](const std::string& /*none*/) { return target = true; };
+  } else if constexpr (std::is_arithmetic_v<T>) {
+    return parsedInto(target, parseNumber<T>);
+  } else if constexpr (std::is_same_v<T, std::vector<std::string>>) {
+    return [&target](const std::string& text) { return target.push_back(text), true; };
+  } else {
+    return [&target](const std::string& text) { return target = text, true; };
+  }
 }
-Setter into(bool& flag);
-Setter into(std::string& text);
-Setter into(std::optional<std::string>& text);
-Setter into(std::vector<std::string>& texts);
 
 /// Completes an option that takes one of few words, each of which stands for a value.
 template <typename T>

@@ -1,4 +1,5 @@
-#include <algorithm>
+#include <strings.h>
+
 #include <deque>
 #include <optional>
 #include <utility>
@@ -17,10 +18,7 @@ constexpr std::size_t kLongNumber = 512;
 /// "{DEFAULT}{}{y:i}" and the like: a style for all subtitles.
 bool isDefaultStyle(std::string_view line) {
   constexpr std::string_view kWord = "{default}";
-  return line.size() >= kWord.size() &&
-         std::equal(kWord.begin(), kWord.end(), line.begin(), [](char expected, char c) {
-           return expected == (c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c);
-         });
+  return line.size() >= kWord.size() && ::strncasecmp(line.data(), kWord.data(), kWord.size()) == 0;
 }
 
 class Mender {

@@ -38,9 +38,8 @@ std::optional<FilmRate> readFfprobe(std::string_view output) {
   const auto base = usableRate(behind(output, "\nr_frame_rate="));
   const auto average = usableRate(behind(output, "\navg_frame_rate="));
   if (!average) return std::nullopt;
-  const auto value = [](Ratio rate) { return 1.0 * rate.numerator / rate.denominator; };
   const bool isSteady =
-      base && std::abs(value(*base) - value(*average)) <= kRounding * value(*average);
+      base && std::abs(perSecond(*base) - perSecond(*average)) <= kRounding * perSecond(*average);
   return FilmRate{isSteady ? *base : *average, !isSteady, "ffprobe"};
 }
 

@@ -21,31 +21,21 @@ std::optional<milliseconds> longestWait(const Player& player, const KeyDecoder& 
   return std::nullopt;
 }
 
-/// Draws when something is to be seen that was not there before.
-class Painter {
- public:
-  Painter(const Terminal& terminal, ColorDepth depth) : terminal_(terminal), depth_(depth) {}
+}  // namespace
 
-  void paint(const Frame& frame, bool redraw) {
-    std::string picture = drawFrame(frame, terminal_.size(), depth_);
-    if (redraw || picture != shown_) writeAll(STDOUT_FILENO, picture);
-    shown_ = std::move(picture);
-  }
-
- private:
-  const Terminal& terminal_;
-  ColorDepth depth_;
-  std::string shown_;
-};
-
-int runLoop(Player& player, Controls& controls, ColorDepth depth) {
+int playOnTerminal(Session& session, const PlayOptions& options, ColorDepth depth) {
+  Player player(session, options.start, options.speed);
+  Tuning tuning(session.controller(), options.likelyCodePages, options.fileRate);
+  Controls controls(player, tuning, options.colorOrder);
   Terminal terminal;
-  Painter painter(terminal, depth);
   KeyDecoder keys;
   Terminal::Wake wake;
+  std::string shown;
   auto before = Clock::now();
   while (!controls.wantsToQuit() && !wake.isClosed) {
-    painter.paint(controls.frame(), wake.redraw);
+    std::string picture = drawFrame(controls.frame(), terminal.size(), depth);
+    if (wake.redraw || picture != shown) writeAll(STDOUT_FILENO, picture);
+    shown = std::move(picture);
     wake = terminal.wait(longestWait(player, keys));
     if (wake.endingSignal != 0) return wake.endingSignal;
     const auto now = Clock::now();
@@ -57,15 +47,6 @@ int runLoop(Player& player, Controls& controls, ColorDepth depth) {
     for (const KeyPress& press : presses) controls.press(press);
   }
   return 0;
-}
-
-}  // namespace
-
-int playOnTerminal(Session& session, const PlayOptions& options, ColorDepth depth) {
-  Player player(session, options.start, options.speed);
-  Tuning tuning(session.controller(), options.likelyCodePages, options.fileRate);
-  Controls controls(player, tuning, options.colorOrder);
-  return runLoop(player, controls, depth);
 }
 
 }  // namespace Ombe

@@ -30,12 +30,6 @@ Character firstCharacter(std::string_view text) {
   return {piece.length, cellsOf(piece.codePoint)};
 }
 
-void append(StyledLine& line, const TextStyle& style, std::string_view text) {
-  if (text.empty()) return;
-  if (line.empty() || line.back().style != style) line.push_back({style, {}});
-  line.back().text += text;
-}
-
 /// Fills lines word by word. A word may run over several spans.
 class Wrapper {
  public:
@@ -48,7 +42,7 @@ class Wrapper {
       return;
     }
     if (wordCells_ + cells > columns_) closeWord();
-    append(word_, style, character);
+    appendSpan(word_, style, character);
     wordCells_ += cells;
   }
 
@@ -66,8 +60,8 @@ class Wrapper {
       gap_ = 0;
     }
     const int gap = std::min(gap_, columns_ - wordCells_);
-    append(lines_.back(), word_.front().style, std::string(static_cast<std::size_t>(gap), ' '));
-    for (const Span& span : word_) append(lines_.back(), span.style, span.text);
+    appendSpan(lines_.back(), word_.front().style, std::string(static_cast<std::size_t>(gap), ' '));
+    for (const Span& span : word_) appendSpan(lines_.back(), span.style, span.text);
     used_ += gap + wordCells_;
     gap_ = 0;
     wordCells_ = 0;

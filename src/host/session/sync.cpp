@@ -4,8 +4,6 @@
 #include <cmath>
 #include <limits>
 
-#include "host/text/number_text.h"
-
 namespace Ombe {
 namespace {
 
@@ -30,21 +28,6 @@ std::optional<Ratio> simplestRatio(double value, double tolerance) {
     if (rest == whole || std::abs(now[0] / now[1] - value) <= tolerance * value) break;
   }
   return Ratio{static_cast<std::uint32_t>(now[0]), static_cast<std::uint32_t>(now[1])};
-}
-
-/// Times at one rate, made times at another as an engine's setting does it.
-class Change {
- public:
-  Change(double from, Ratio to)
-      : factor_(from * (double{to.denominator * 1.0} / double{to.numerator * 1.0})) {}
-  double operator()(double time) const { return std::trunc(time * factor_); }
-
- private:
-  double factor_;
-};
-
-bool isMet(SyncPoint point, const Change& change, double offset) {
-  return std::abs(change(point.from) + offset - point.to) <= 1;
 }
 
 }  // namespace
@@ -77,17 +60,22 @@ std::optional<Timing> timingFor(SyncPoint first, SyncPoint second, double rate) 
   constexpr double kAtLeast = 24 * 3600 * 1000.0;  // ms that no film exceeds
   constexpr double kError = 0.1;                   // ms that the rate may add by then
   const double wanted = rate * ((second.from - first.from) / (second.to - first.to));
-  std::vector<Ratio> rates(std::begin(kUsualRates), std::end(kUsualRates));
-  std::sort(rates.begin(), rates.end(), [wanted](Ratio left, Ratio right) {
+  const auto isNearer = [wanted](Ratio left, Ratio right) {
     return std::abs(perSecond(left) - wanted) < std::abs(perSecond(right) - wanted);
-  });
-  rates.resize(1);
+  };
+  std::vector rates{*std::min_element(std::begin(kUsualRates), std::end(kUsualRates), isNearer)};
   const double last = std::max({first.to, second.to, kAtLeast});
   if (const auto exact = simplestRatio(wanted, kError / last)) rates.push_back(*exact);
   for (const Ratio candidate : rates) {
-    const Change change(rate, candidate);
-    const double offset = std::round(first.to - change(first.from));
-    if (isOffset(offset) && isMet(first, change, offset) && isMet(second, change, offset))
+    // As an engine's setting makes times at one rate those at another.
+    const double factor =
+        rate * (double{candidate.denominator * 1.0} / double{candidate.numerator * 1.0});
+    const auto changed = [factor](double time) { return std::trunc(time * factor); };
+    const double offset = std::round(first.to - changed(first.from));
+    const auto isMet = [&](SyncPoint point) {
+      return std::abs(changed(point.from) + offset - point.to) <= 1;
+    };
+    if (isOffset(offset) && isMet(first) && isMet(second))
       return Timing{candidate, static_cast<std::int32_t>(offset)};
   }
   return std::nullopt;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "ombe_core/setting_value.h"
+#include "host/text/number_text.h"
 
 namespace Ombe {
 
@@ -36,8 +36,6 @@ struct Timing {
 
 /// The usual rates of films.
 inline constexpr Ratio kUsualRates[] = {{24000, 1001}, {24, 1}, {25, 1}, {30000, 1001}, {30, 1}};
-
-inline double perSecond(Ratio rate) { return double{rate.numerator * 1.0} / rate.denominator; }
 
 /// With which each of two points, of which there is nothing to object, is met within a millisecond,
 /// when its first time is that at `rate` frames a second. A usual rate is taken where it fits. No

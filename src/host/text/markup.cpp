@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 #include "host/text/visible_text.h"
 
@@ -37,45 +38,6 @@ std::optional<Tag::Kind> kindOf(std::string_view name, bool closes) {
   return std::nullopt;
 }
 
-/// Fills lines with spans.
-class MarkupParser {
- public:
-  explicit MarkupParser(ColorOrder order) : order_(order) {}
-
-  std::vector<StyledLine> parse(std::string_view text) {
-    while (!text.empty()) text.remove_prefix(takePiece(text));
-    return std::move(lines_);
-  }
-
- private:
-  /// Returns how many bytes it took.
-  std::size_t takePiece(std::string_view text) {
-    if (text[0] == '\n') {
-      lines_.emplace_back();
-      return 1;
-    }
-    if (text.substr(0, 2) == "\r\n") return 1;
-    const auto tag = readTag(text, order_);
-    if (tag && tag->kind != Tag::Kind::kUnderline && open_.take(*tag)) return tag->length;
-    const std::size_t end = std::min(text.find_first_of("<\r\n", 1), text.size());
-    append(text.substr(0, end));
-    return end;
-  }
-
-  void append(std::string_view text) {
-    const TextStyle style = open_.style();
-    StyledLine& line = lines_.back();
-    if (line.empty() || line.back().style != style) line.push_back({style, {}});
-    std::string visible = visibleText(text);
-    std::replace(visible.begin(), visible.end(), '\t', ' ');
-    line.back().text += visible;
-  }
-
-  ColorOrder order_;
-  std::vector<StyledLine> lines_{1};
-  OpenTags open_;
-};
-
 }  // namespace
 
 std::optional<Tag> readTag(std::string_view text, ColorOrder order) {
@@ -109,8 +71,29 @@ TextStyle OpenTags::style() const {
           colors_.empty() ? std::nullopt : colors_.back()};
 }
 
+void appendSpan(StyledLine& line, const TextStyle& style, std::string_view text) {
+  if (text.empty()) return;
+  if (line.empty() || line.back().style != style) line.push_back({style, {}});
+  line.back().text += text;
+}
+
 std::vector<StyledLine> parseMarkup(std::string_view text, ColorOrder order) {
-  return MarkupParser(order).parse(text);
+  std::vector<StyledLine> lines(1);
+  OpenTags open;
+  for (std::size_t taken = 1; !text.empty(); text.remove_prefix(std::exchange(taken, 1))) {
+    const auto tag = readTag(text, order);
+    if (text[0] == '\n') {
+      lines.emplace_back();
+    } else if (tag && tag->kind != Tag::Kind::kUnderline && open.take(*tag)) {
+      taken = tag->length;
+    } else if (!text.starts_with("\r\n")) {
+      taken = std::min(text.find_first_of("<\r\n", 1), text.size());
+      std::string visible = visibleText(text.substr(0, taken));
+      std::replace(visible.begin(), visible.end(), '\t', ' ');
+      appendSpan(lines.back(), open.style(), visible);
+    }
+  }
+  return lines;
 }
 
 }  // namespace Ombe

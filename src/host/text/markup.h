@@ -55,6 +55,9 @@ struct Span {
 /// Neighbouring spans differ in style, and none is empty.
 using StyledLine = std::vector<Span>;
 
+/// Appends to the last span if it has that style, else as another; an empty text is none.
+void appendSpan(StyledLine& line, const TextStyle& style, std::string_view text);
+
 /// Styles a text by its tags for italics, bold and colour. A style ends with the text at the
 /// latest. Other tags, and ends of what was not begun, stay in the text. Always gives at least one
 /// line.

@@ -56,4 +56,6 @@ std::optional<std::uint32_t> parseTime(std::string_view text);
 /// something to the plug-in. Nothing for another form and for numbers that need more than 32 bits.
 std::optional<Ratio> parseFrameRate(std::string_view text);
 
+inline double perSecond(Ratio rate) { return double{rate.numerator * 1.0} / rate.denominator; }
+
 }  // namespace Ombe

@@ -1,5 +1,6 @@
 #include "host/text/visible_text.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "host/text/utf8_scan.h"
@@ -29,7 +30,8 @@ void appendEscape(std::string& out, std::int32_t code) {
   for (int shift = 12; shift >= 0; shift -= 4) out += "0123456789ABCDEF"[code >> shift & 0xF];
 }
 
-void append(std::string& out, std::string_view text, std::string_view kept) {
+std::string shown(std::string_view text, std::string_view kept) {
+  std::string out;
   while (!text.empty()) {
     const Utf8Piece piece = nextUtf8Piece(text);
     const std::string_view character = text.substr(0, piece.length);
@@ -44,19 +46,21 @@ void append(std::string& out, std::string_view text, std::string_view kept) {
       out += character;
     }
   }
+  return out;
 }
 
 }  // namespace
 
-std::string visibleText(std::string_view text) {
-  std::string out;
-  append(out, text, "\n\t");
-  return out;
-}
+std::string visibleText(std::string_view text) { return shown(text, "\n\t"); }
+std::string visibleLine(std::string_view text) { return shown(text, "\t"); }
 
-std::string visibleLine(std::string_view text) {
+std::string escaped(std::string_view text, std::initializer_list<Escape> escapes) {
   std::string out;
-  append(out, text, "\t");
+  for (const char c : text) {
+    const auto* found = std::find_if(escapes.begin(), escapes.end(),
+                                     [c](const Escape& escape) { return escape.character == c; });
+    found == escapes.end() ? out += c : out += found->words;
+  }
   return out;
 }
 

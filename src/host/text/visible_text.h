@@ -1,6 +1,7 @@
 // Texts that come from outside, made fit to be shown.
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -16,5 +17,13 @@ std::string visibleText(std::string_view text);
 /// from a file, a name, an option, the environment or a plug-in goes through here when a line for
 /// people is composed of it.
 std::string visibleLine(std::string_view text);
+
+/// A character that a markup reads as its own, and how a text says it there.
+struct Escape {
+  char character;
+  std::string_view words;
+};
+
+std::string escaped(std::string_view text, std::initializer_list<Escape> escapes);
 
 }  // namespace Ombe

@@ -35,4 +35,17 @@ void forEachShownLine(std::string_view text, Show show) {
   }
 }
 
+/// Copies the line and ends it. At a byte that is special, `take` appends in its own way, and
+/// returns how many bytes of the rest it took.
+template <typename IsSpecial, typename Take>
+void appendLine(std::string& out, std::string_view line, IsSpecial isSpecial, Take take) {
+  while (!line.empty()) {
+    const auto stop = std::find_if(line.begin(), line.end(), isSpecial);
+    out.append(line.begin(), stop);
+    line.remove_prefix(static_cast<std::size_t>(stop - line.begin()));
+    if (!line.empty()) line.remove_prefix(take(line));
+  }
+  out += '\n';
+}
+
 }  // namespace Ombe

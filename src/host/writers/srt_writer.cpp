@@ -22,19 +22,10 @@ class SrtWriter final : public SubtitleWriter {
     out += " --> ";
     appendTimecode(out, subtitle.end(), ',');
     out += '\n';
-    forEachShownLine(subtitle.text, [&](std::string_view line) { appendLine(out, line); });
-    out += '\n';
-  }
-
-  void appendLine(std::string& out, std::string_view line) const {
     const auto isSpecial = [](char c) { return c == '<' || c == '-'; };
-    while (!line.empty()) {
-      const auto stop = std::find_if(line.begin(), line.end(), isSpecial);
-      out.append(line.begin(), stop);
-      line.remove_prefix(static_cast<std::size_t>(stop - line.begin()));
-      if (line.empty()) break;
-      line.remove_prefix(appendSpecial(out, line));
-    }
+    const auto take = [&](std::string_view rest) { return appendSpecial(out, rest); };
+    forEachShownLine(subtitle.text,
+                     [&](std::string_view line) { appendLine(out, line, isSpecial, take); });
     out += '\n';
   }
 

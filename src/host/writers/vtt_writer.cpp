@@ -64,25 +64,17 @@ class VttWriter final : public SubtitleWriter {
     appendTimecode(cues, subtitle.end(), '.');
     cues += '\n';
     open_ = {};
-    forEachShownLine(subtitle.text, [&](std::string_view line) { appendLine(cues, line); });
+    const auto take = [&](std::string_view rest) { return appendSpecial(cues, rest); };
+    forEachShownLine(subtitle.text,
+                     [&](std::string_view line) { appendLine(cues, line, isSpecial, take); });
     cues += '\n';
   }
 
-  void appendLine(std::string& out, std::string_view line) {
-    while (!line.empty()) {
-      const auto stop = std::find_if(line.begin(), line.end(), isSpecial);
-      out.append(line.begin(), stop);
-      line.remove_prefix(static_cast<std::size_t>(stop - line.begin()));
-      if (line.empty()) break;
-      const auto tag = readTag(line, colorOrder_);
-      if (tag && open_.take(*tag)) {
-        appendTag(out, *tag);
-        line.remove_prefix(tag->length);
-      } else {
-        line.remove_prefix(appendCharacter(out, line));
-      }
-    }
-    out += '\n';
+  std::size_t appendSpecial(std::string& out, std::string_view rest) {
+    const auto tag = readTag(rest, colorOrder_);
+    if (!tag || !open_.take(*tag)) return appendCharacter(out, rest);
+    appendTag(out, *tag);
+    return tag->length;
   }
 
   void appendTag(std::string& out, const Tag& tag) {
