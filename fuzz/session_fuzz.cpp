@@ -7,7 +7,6 @@
 
 #include "host/session/chunk.h"
 #include "host/session/host_container.h"
-#include "host/session/host_context.h"
 #include "host/session/playback_clock.h"
 #include "ombe_core/container_interface.h"
 #include "ombe_core/logger.h"

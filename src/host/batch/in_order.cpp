@@ -1,14 +1,52 @@
 #include "host/batch/in_order.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <condition_variable>
 #include <exception>
+#include <filesystem>
 #include <mutex>
 #include <thread>
 #include <vector>
 
+#include "host/io/descriptor_io.h"
+#include "host/text/visible_text.h"
+
 namespace Ombe {
 namespace {
+
+constexpr char kClear[] = "\r\x1B[K";
+
+/// How far the work is. One thread at a time.
+class Progress {
+ public:
+  explicit Progress(std::size_t total)
+      : total_(total), isShown_(total > 1 && ::isatty(STDERR_FILENO) != 0) {}
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  ~Progress() { hide(); }
+
+  void show(std::size_t number, const ItemName& name) const noexcept {
+    if (!isShown_) return;
+    try {
+      const std::string count = std::to_string(number + 1) + "/" + std::to_string(total_);
+      const std::string file = std::filesystem::path(name(number)).filename().string();
+      static_cast<void>(
+          writeBytes(STDERR_FILENO, kClear + ("[" + count + "] ") + visibleLine(file)));
+    } catch (const std::exception&) {
+      // Memory is short: the next one will show.
+    }
+  }
+  /// Before something else is written to a terminal.
+  void hide() const {
+    if (isShown_) static_cast<void>(writeBytes(STDERR_FILENO, kClear));
+  }
+
+ private:
+  const std::size_t total_;
+  const bool isShown_;
+};
 
 class Run {
  public:
@@ -77,10 +115,18 @@ class Run {
 }  // namespace
 
 void runInOrder(std::size_t count, std::size_t jobs, const NumberedWork& work,
-                const NumberedWork& take) {
+                const NumberedWork& take, const ItemName& name) {
+  const Progress progress(count);
+  const NumberedWork takeAndShow = [&](std::size_t number) {
+    if (take) {
+      progress.hide();
+      take(number);
+    }
+    progress.show(number, name);
+  };
   if (jobs == 0) jobs = std::thread::hardware_concurrency();
   jobs = std::clamp<std::size_t>(jobs, 1, std::max<std::size_t>(count, 1));
-  Run run(count, 2 * jobs, work, take);
+  Run run(count, 2 * jobs, work, takeAndShow);
   {
     std::vector<std::jthread> threads;
     try {

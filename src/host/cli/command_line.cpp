@@ -49,9 +49,7 @@ ExitCode explain(const CLI::App& app, const CLI::ParseError& end) {
   if (end.get_exit_code() == 0) {
     std::ostringstream text;
     app.exit(end, text, text);
-    OutputFile output("-");
-    output.buffer() = std::move(text).str();
-    output.commit();
+    writeOutput("-", std::move(text).str());
     return ExitCode::kDone;
   }
   std::string message = end.what();

@@ -5,12 +5,11 @@
 
 #include <nlohmann/json.hpp>
 
-#include "host/batch/files_json.h"
 #include "host/batch/in_order.h"
-#include "host/batch/progress.h"
 #include "host/cli/common_options.h"
 #include "host/io/color_choice.h"
 #include "host/io/failure.h"
+#include "host/io/json_output.h"
 #include "host/io/messages.h"
 #include "host/io/named_sources.h"
 
@@ -85,7 +84,6 @@ Totals checkEach(const CheckOptions& options, const Take& take) {
   Totals totals;
   const std::vector<NamedSource> sources = namedSources(options.files);
   std::vector<std::optional<CheckReport>> reports(sources.size());
-  Progress progress(sources.size());
   const auto report = [&](const NamedSource& source, const CheckReport* found) {
     if (found == nullptr)
       return reportError(fmt::format("{}: skipped: {}", source.path, source.reason));
@@ -106,10 +104,9 @@ Totals checkEach(const CheckOptions& options, const Take& take) {
       },
       [&](std::size_t number) {
         const auto found = std::exchange(reports[number], std::nullopt);
-        progress.hide();
         report(sources[number], found ? &*found : nullptr);
-        progress.show(sources[number].path);
-      });
+      },
+      [&](std::size_t number) { return sources[number].path; });
   return totals;
 }
 

@@ -5,17 +5,6 @@
 #include "host/io/output_file.h"
 
 namespace Ombe {
-namespace {
-
-ExitCode write(std::string text) {
-  OutputFile output("-");
-  output.buffer() = std::move(text);
-  output.commit();
-  return ExitCode::kDone;
-}
-
-}  // namespace
-
 Command completionCommand() {
   const auto shell = std::make_shared<std::string>();
   return {
@@ -27,14 +16,21 @@ Command completionCommand() {
                    .choices = completionShells(),
                    .isRequired = true,
                    .set = into(*shell)}},
-      .run = [shell] { return write(completionScript(*shell, allCommands())); }};
+      .run = [shell] {
+        writeOutput("-", completionScript(*shell, allCommands()));
+        return ExitCode::kDone;
+      }};
 }
 
 Command manCommand() {
   return {.name = "man",
           .purpose = "Write the manual page",
           .footer = "Example: ombe man | man -l -",
-          .run = [] { return write(manPage(OMBE_VERSION, allCommands())); },
+          .run =
+              [] {
+                writeOutput("-", manPage(OMBE_VERSION, allCommands()));
+                return ExitCode::kDone;
+              },
           .isHidden = true};
 }
 

@@ -161,11 +161,11 @@ void appendText(std::string& out, const FileInfo& info) {
 }
 
 void writeText(const std::string& file, const FileInfo& info, const PluginDescription& plugin) {
-  OutputFile output("-");
-  appendRow(output.buffer(), "file", file);
-  appendText(output.buffer(), info);
-  appendText(output.buffer(), plugin);
-  output.commit();
+  std::string out;
+  appendRow(out, "file", file);
+  appendText(out, info);
+  appendText(out, plugin);
+  writeOutput("-", std::move(out));
 }
 
 ExitCode info(const InfoOptions& options) {

@@ -7,7 +7,7 @@
 #include "host/io/input_file.h"
 #include "host/io/json_output.h"
 #include "host/io/output_file.h"
-#include "host/session/host_context.h"
+#include "host/session/host_container.h"
 #include "host/session/plugin_library.h"
 
 namespace Ombe {
@@ -18,41 +18,31 @@ struct InspectOptions {
   bool json = false;
 };
 
-struct Inspection {
-  PluginDescription plugin;
-  std::vector<std::string> formats;
-};
-
-/// Which text format a plug-in needs it only tells when it recognises a source, so it is shown the
-/// shortest MicroDVD file.
-Inspection inspected(const SessionOptions& options) {
-  HostContext context;
-  const PluginLibrary library(findPlugin(options.plugin, options.pluginFolder));
-  const PluginHandle plugin = library.create(context);
-  const InputFile sample = InputFile::holding("{1}{2}a\n");
-  return {describePlugin(library.path(), *plugin), neededFormats(library, sample.path())};
-}
-
 std::string versionText(std::uint32_t number) {
   return fmt::format("{}.{}.{}", number / 10000, number / 100 % 100, number % 100);
 }
 
-void write(const Inspection& inspection) {
-  OutputFile output("-");
-  std::string& out = output.buffer();
-  appendText(out, inspection.plugin);
-  appendRow(out, "engine", versionText(inspection.plugin.engineVersion));
-  for (const std::string& format : inspection.formats) appendRow(out, "text format", format);
-  if (inspection.formats.empty()) appendRow(out, "text format", "not told for a MicroDVD file");
-  output.commit();
+void write(const PluginDescription& plugin, const std::vector<std::string>& formats) {
+  std::string out;
+  appendText(out, plugin);
+  appendRow(out, "engine", versionText(plugin.engineVersion));
+  for (const std::string& format : formats) appendRow(out, "text format", format);
+  if (formats.empty()) appendRow(out, "text format", "not told for a MicroDVD file");
+  writeOutput("-", std::move(out));
 }
 
 ExitCode inspect(const InspectOptions& options) {
   withJson(options.json, [&](Json& document) {
-    const Inspection inspection = inspected(options.session);
-    document["plugin"] = toJson(inspection.plugin);
-    document["plugin"]["formats"] = inspection.formats;
-    if (!options.json) write(inspection);
+    HostContext context;
+    const PluginLibrary library(findPlugin(options.session.plugin, options.session.pluginFolder));
+    const PluginDescription plugin = describePlugin(library.path(), *library.create(context));
+    // Which text format a plug-in needs it only tells when it recognises a source, so it is shown
+    // the shortest MicroDVD file.
+    const InputFile sample = InputFile::holding("{1}{2}a\n");
+    const std::vector<std::string> formats = neededFormats(library, sample.path());
+    document["plugin"] = toJson(plugin);
+    document["plugin"]["formats"] = formats;
+    if (!options.json) write(plugin, formats);
   });
   return ExitCode::kDone;
 }

@@ -31,15 +31,15 @@ struct ValidateOptions {
 
 ExitCode list(bool isJson) {
   Json checks = Json::array();
-  OutputFile output("-");
+  std::string text;
   for (const ContractCheck& check : allContractChecks()) {
     if (isJson) checks.push_back(toJson(check));
-    if (!isJson) output.buffer() += fmt::format("{:<32}{}\n", check.name, check.expected);
+    if (!isJson) text += fmt::format("{:<32}{}\n", check.name, check.expected);
   }
   if (isJson) {
     writeJson({{"version", kJsonVersion}, {"checks", std::move(checks)}});
   } else {
-    output.commit();
+    writeOutput("-", std::move(text));
   }
   return ExitCode::kDone;
 }
@@ -52,13 +52,9 @@ ExitCode codeOf(const Validation& validation) {
 Validation validateAsText(const ValidateOptions& options) {
   const bool colored = wantsColor(options.color, STDOUT_FILENO);
   Validation validation = validate(options.validation, [&](const Judgement& judgement) {
-    OutputFile output("-", OutputFile::Text::kVisible);
-    writeText(judgement, colored, output);
-    output.commit();
+    writeOutput("-", textOf(judgement, colored), OutputFile::Text::kVisible);
   });
-  OutputFile output("-", OutputFile::Text::kVisible);
-  writeSummary(validation, output);
-  output.commit();
+  writeOutput("-", summaryOf(validation), OutputFile::Text::kVisible);
   return validation;
 }
 
@@ -95,11 +91,7 @@ ExitCode run(ValidateOptions& options) {
     return ExitCode::kWrongUsage;
   }
   const Validation validation = options.json ? validateAsJson(options) : validateAsText(options);
-  if (!options.junit.empty()) {
-    OutputFile output(options.junit);
-    output.buffer() += junitXml(validation);
-    output.commit();
-  }
+  if (!options.junit.empty()) writeOutput(options.junit, junitXml(validation));
   return codeOf(validation);
 }
 

@@ -2,7 +2,6 @@
 
 #include "host/batch/in_order.h"
 #include "host/batch/items.h"
-#include "host/batch/progress.h"
 #include "host/export/export_file.h"
 #include "host/io/messages.h"
 
@@ -30,16 +29,13 @@ ExitCode exportOne(const std::string& source, const ExportOptions& options) {
 
 ExitCode exportEach(std::vector<BatchItem> items, const ExportOptions& options) {
   const Session attempt(options.session);  // without a plug-in there is one failure, not many
-  {
-    Progress progress(items.size());
-    const WriteItem write = [&options](BatchItem& item) {
-      if (!prepareOutput(item, options.choice)) return;
-      item.remarks = exportFile(item.source.path, item.output, options);
-    };
-    runInOrder(
-        items.size(), options.jobs, [&](std::size_t number) { processItem(items[number], write); },
-        [&](std::size_t number) { progress.show(items[number].source.path); });
-  }
+  const WriteItem write = [&options](BatchItem& item) {
+    if (!prepareOutput(item, options.choice)) return;
+    item.remarks = exportFile(item.source.path, item.output, options);
+  };
+  runInOrder(
+      items.size(), options.jobs, [&](std::size_t number) { processItem(items[number], write); },
+      {}, [&](std::size_t number) { return items[number].source.path; });
   return reportItems(items);
 }
 

@@ -6,14 +6,13 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "host/batch/files_json.h"
 #include "host/batch/in_order.h"
 #include "host/batch/items.h"
-#include "host/batch/progress.h"
 #include "host/fix/fix_report.h"
 #include "host/fix/replacing.h"
 #include "host/io/failure.h"
 #include "host/io/input_file.h"
+#include "host/io/json_output.h"
 #include "host/io/messages.h"
 #include "host/text/visible_text.h"
 
@@ -79,18 +78,12 @@ class Fixing {
       if (json_) json_->finish("error", errorJson(failure));
       throw;
     }
-    {
-      Progress progress(items_.size());
-      const WriteItem write = [this](BatchItem& item) { fix(item); };
-      runInOrder(
-          items_.size(), request_.jobs,
-          [&](std::size_t number) { processItem(items_[number], write); },
-          [&](std::size_t number) {
-            progress.hide();
-            report(items_[number], fixed_[number]);
-            progress.show(items_[number].source.path);
-          });
-    }
+    const WriteItem write = [this](BatchItem& item) { fix(item); };
+    runInOrder(
+        items_.size(), request_.jobs,
+        [&](std::size_t number) { processItem(items_[number], write); },
+        [this](std::size_t number) { report(items_[number], fixed_[number]); },
+        [this](std::size_t number) { return items_[number].source.path; });
     return finish();
   }
 
@@ -109,9 +102,7 @@ class Fixing {
       replaceFile(file, fixed.repair.text);
       item.result = Result::kWritten;
     } else {
-      OutputFile output(item.output);
-      output.buffer() = std::move(fixed.repair.text);
-      output.commit();
+      writeOutput(item.output, std::move(fixed.repair.text));
     }
     fixed.repair.text = {};
     fixed_[static_cast<std::size_t>(&item - items_.data())] = std::move(fixed);

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -23,18 +24,6 @@ bool isToBeRepeated(int descriptor, short awaited) {
   pollfd source{descriptor, awaited, 0};
   ::poll(&source, 1, -1);  // when this fails, the call tells
   return true;
-}
-
-/// Reads what the string has room for, and shortens it to what there was. False on an error.
-bool fill(std::string& bytes, int file) {
-  std::size_t size = 0;
-  ssize_t got = 0;
-  do {
-    got = readBytes(file, bytes.data() + size, bytes.size() - size);
-    if (got > 0) size += static_cast<std::size_t>(got);
-  } while (got > 0 && size < bytes.size());
-  bytes.resize(size);
-  return got >= 0;
 }
 
 }  // namespace
@@ -63,6 +52,27 @@ ssize_t readBytes(int descriptor, char* buffer, std::size_t size) {
     got = ::read(descriptor, buffer, size);
   } while (got < 0 && isToBeRepeated(descriptor, POLLIN));
   return got;
+}
+
+bool fill(std::string& bytes, int file) {
+  std::size_t size = 0;
+  ssize_t got = 0;
+  do {
+    got = readBytes(file, bytes.data() + size, bytes.size() - size);
+    if (got > 0) size += static_cast<std::size_t>(got);
+  } while (got > 0 && size < bytes.size());
+  bytes.resize(size);
+  return got >= 0;
+}
+
+int copyBytes(int from, int to) {
+  std::array<char, 65536> block{};
+  for (;;) {
+    const ssize_t got = readBytes(from, block.data(), block.size());
+    if (got <= 0) return got == 0 ? 0 : errno;
+    const int error = writeBytes(to, {block.data(), static_cast<std::size_t>(got)});
+    if (error != 0) return error;
+  }
 }
 
 std::string readFile(const std::string& path, std::uintmax_t limit) {

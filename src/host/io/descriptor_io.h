@@ -22,6 +22,12 @@ int openUnnamed(const std::string& folder, mode_t permissions);
 /// has none yet, and goes on after a signal.
 [[nodiscard]] ssize_t readBytes(int descriptor, char* buffer, std::size_t size);
 
+/// Reads what the string has room for, and shortens it to what there was. False on an error.
+[[nodiscard]] bool fill(std::string& bytes, int file);
+
+/// Copies all that is still to be read. The error number, 0 for success.
+[[nodiscard]] int copyBytes(int from, int to);
+
 /// The file from its beginning, at most `limit` bytes of it. Throws Failure.
 std::string readFile(const std::string& path, std::uintmax_t limit);
 

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <system_error>
@@ -15,25 +14,11 @@
 
 namespace Ombe {
 namespace fs = std::filesystem;
-namespace {
-
-/// An error number, 0 for success.
-int copyStandardInput(int file) {
-  std::array<char, 65536> block{};
-  for (;;) {
-    const ssize_t got = readBytes(STDIN_FILENO, block.data(), block.size());
-    if (got <= 0) return got == 0 ? 0 : errno;
-    const int error = writeBytes(file, {block.data(), static_cast<std::size_t>(got)});
-    if (error != 0) return error;
-  }
-}
-
-}  // namespace
 
 InputFile::InputFile(const std::string& name) : name_(name), path_(name) {
   if (name == "-") {
     name_ = "standard input";
-    makeTemporary(copyStandardInput);
+    makeTemporary([](int file) { return copyBytes(STDIN_FILENO, file); });
   } else if (const fs::path path = fs::absolute(name); !isUtf8(path.native())) {
     // One that cannot be opened is told by its name.
     descriptor_ = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);

@@ -3,7 +3,6 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "host/io/output_file.h"
 #include "host/text/utf8_scan.h"
 
 namespace Ombe {
@@ -101,5 +100,18 @@ void JsonWriter::separate(std::string_view name) {
 }
 
 std::string JsonWriter::newLine() const { return "\n" + std::string(2 * open_.size(), ' '); }
+
+FilesJson::FilesJson() {
+  json_.begin('{');
+  json_.value(kJsonVersion, "version");
+  json_.begin('[', "files");
+}
+
+void FilesJson::finish(std::string_view name, const Json& value) {
+  json_.end();
+  json_.value(value, name);
+  json_.end();
+  output_.commit();
+}
 
 }  // namespace Ombe

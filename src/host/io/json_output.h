@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-namespace Ombe {
+#include "host/io/output_file.h"
 
-class OutputFile;
+namespace Ombe {
 
 using Json = nlohmann::ordered_json;
 
@@ -42,6 +42,22 @@ class JsonWriter {
   OutputFile& output_;
   std::string open_;  // the brackets that will close
   bool isFirst_ = true;
+};
+
+/// What commands on many files write to standard output: the version, "files", and one member
+/// behind them.
+class FilesJson {
+ public:
+  FilesJson();
+
+  /// Where the elements of "files" go.
+  [[nodiscard]] JsonWriter& files() { return json_; }
+  /// Ends the files. Last call.
+  void finish(std::string_view name, const Json& value);
+
+ private:
+  OutputFile output_{"-"};
+  JsonWriter json_{output_};
 };
 
 }  // namespace Ombe

@@ -4,12 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "host/io/descriptor_io.h"
 #include "host/io/failure.h"
@@ -47,17 +47,6 @@ void makeLike(const struct stat& replaced, int file) {
 /// An error number, 0 for success. A file system that cannot do it has nothing to wait for.
 int syncToDisk(int descriptor) {
   return ::fsync(descriptor) == 0 || errno == EINVAL || errno == EROFS ? 0 : errno;
-}
-
-int copyWhole(int from, int to) {
-  std::array<char, 65536> block{};
-  if (::lseek(from, 0, SEEK_SET) != 0) return errno;
-  for (;;) {
-    const ssize_t got = readBytes(from, block.data(), block.size());
-    if (got <= 0) return got == 0 ? 0 : errno;
-    const int error = writeBytes(to, {block.data(), static_cast<std::size_t>(got)});
-    if (error != 0) return error;
-  }
 }
 
 }  // namespace
@@ -113,7 +102,7 @@ int OutputFile::giveName(const TemporaryName& name) {
   if (copy < 0) return errno;
   struct stat replaced {};
   if (::stat(target_.c_str(), &replaced) == 0) makeLike(replaced, copy);
-  int error = copyWhole(descriptor_, copy);
+  int error = ::lseek(descriptor_, 0, SEEK_SET) != 0 ? errno : copyBytes(descriptor_, copy);
   if (error == 0) error = syncToDisk(copy);
   if (::close(copy) != 0 && errno != EINTR && error == 0) error = errno;
   if (error != 0) ::unlink(name.path());
@@ -160,6 +149,12 @@ void OutputFile::close() {
 void OutputFile::fail(int error) const {
   throw Failure(path_, Step::kWrite,
                 "cannot be written: " + std::generic_category().message(error));
+}
+
+void writeOutput(const std::string& path, std::string text, OutputFile::Text kind) {
+  OutputFile output(path, kind);
+  output.buffer() = std::move(text);
+  output.commit();
 }
 
 }  // namespace Ombe

@@ -54,4 +54,8 @@ class OutputFile {
   int descriptor_ = -1;
 };
 
+/// An output that is a text, whole.
+void writeOutput(const std::string& path, std::string text,
+                 OutputFile::Text kind = OutputFile::Text::kAsItCame);
+
 }  // namespace Ombe

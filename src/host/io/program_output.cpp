@@ -59,13 +59,7 @@ std::optional<std::string> outputOf(std::vector<std::string> command) {
   if (!process) return std::nullopt;
   pipe.close(1);
   std::string output(kMostOutput, '\0');
-  std::size_t size = 0;
-  while (size < kMostOutput) {
-    const ssize_t got = readBytes(pipe.ends[0], output.data() + size, kMostOutput - size);
-    if (got <= 0) break;
-    size += static_cast<std::size_t>(got);
-  }
-  output.resize(size);
+  static_cast<void>(fill(output, pipe.ends[0]));
   pipe.close(0);  // ends a program that goes on writing
   while (::waitpid(*process, nullptr, 0) < 0 && errno == EINTR) continue;
   return output;

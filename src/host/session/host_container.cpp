@@ -2,10 +2,6 @@
 
 namespace Ombe {
 
-HostContainer::HostContainer(HostController& controller) : controller_(controller) {}
-
-HostContainer::~HostContainer() = default;
-
 StreamInterface* HostContainer::selectedStream() const {
   const auto found = streams_.find(selected_);
   return found == streams_.end() ? nullptr : found->second.get();

@@ -1,4 +1,4 @@
-// The engine object that containers are attached to.
+// What plug-ins may ask the host at birth, and the engine object that containers are attached to.
 #pragma once
 
 #include <atomic>
@@ -8,9 +8,16 @@
 
 #include "host/session/host_controller.h"
 #include "ombe_core/container_host.h"
+#include "ombe_core/plugin_context.h"
 #include "ombe_core/stream_interface.h"
 
 namespace Ombe {
+
+/// This host shows UTF-8 text and nothing else. Has no state; any thread.
+class HostContext final : public PluginContext {
+ public:
+  bool supportsFormat(String formatName) override { return view(formatName) == "UTF8"; }
+};
 
 /// Host of one container: its settings (those of the controller, which must outlive it), UIDs, and
 /// the streams that it announced, owned until withdrawn. Belongs to the calling thread; settings,
@@ -19,8 +26,7 @@ class HostContainer final : public ContainerHost {
  public:
   using Streams = std::map<UID, std::unique_ptr<StreamInterface>>;
 
-  explicit HostContainer(HostController& controller);
-  ~HostContainer() override;
+  explicit HostContainer(HostController& controller) : controller_(controller) {}
 
   void setPreferredLanguage(std::string language) { language_ = std::move(language); }
   void setTimeOffset(double milliseconds) { timeOffset_ = milliseconds; }

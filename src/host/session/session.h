@@ -8,7 +8,6 @@
 
 #include "host/session/chunk.h"
 #include "host/session/host_container.h"
-#include "host/session/host_context.h"
 #include "host/session/playback_clock.h"
 #include "host/session/plugin_library.h"
 #include "ombe_core/container_interface.h"

@@ -2,7 +2,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "host/io/output_file.h"
 #include "host/text/visible_text.h"
 #include "host/validate/validation.h"
 
@@ -32,19 +31,7 @@ Words wordsOf(Outcome outcome) {
 }
 
 std::string escapedXml(std::string_view text) {
-  std::string escaped;
-  for (const char c : visibleLine(text)) {
-    if (c == '&') {
-      escaped += "&amp;";
-    } else if (c == '<') {
-      escaped += "&lt;";
-    } else if (c == '"') {
-      escaped += "&quot;";
-    } else {
-      escaped += c;
-    }
-  }
-  return escaped;
+  return escaped(visibleLine(text), {{'&', "&amp;"}, {'<', "&lt;"}, {'"', "&quot;"}});
 }
 
 void appendCase(std::string& xml, const Judgement& judgement) {
@@ -68,30 +55,29 @@ std::string linkOf(const ContractCheck& check) {
   return std::string("docs/engine-interface.md#") + check.section;
 }
 
-void writeText(const Judgement& judgement, bool colored, OutputFile& output) {
+std::string textOf(const Judgement& judgement, bool colored) {
   const auto& [check, verdict] = judgement;
   const Words words = wordsOf(verdict.outcome);
   const std::string word = fmt::format("{:<13}", words.forPeople);
-  std::string& out = output.buffer();
-  out += colored ? fmt::format("\x1B[{}m{}\x1B[0m", words.color, word) : word;
+  std::string out = colored ? fmt::format("\x1B[{}m{}\x1B[0m", words.color, word) : word;
   out += fmt::format("{}\n", check.name);
   if (verdict.outcome == Outcome::kFailed) {
     out += fmt::format("  expected:   {}\n  came:       {}\n  contract:   {}\n", check.expected,
                        visibleLine(verdict.came), linkOf(check));
   }
-  output.drain();
+  return out;
 }
 
-void writeSummary(const Validation& validation, OutputFile& output) {
+std::string summaryOf(const Validation& validation) {
   const std::size_t missing = validation.count(Outcome::kNeedsSample);
-  output.buffer() += fmt::format(
+  std::string out = fmt::format(
       "{}: {} checks: {} passed, {} failed, {} not offered", visibleLine(validation.subject.plugin),
       validation.judgements.size(), validation.count(Outcome::kPassed),
       validation.count(Outcome::kFailed), validation.count(Outcome::kNotOffered));
   if (missing != 0) {
-    output.buffer() += fmt::format(", {} need a file of its format (--sample)", missing);
+    out += fmt::format(", {} need a file of its format (--sample)", missing);
   }
-  output.buffer() += '\n';
+  return out + '\n';
 }
 
 Json toJson(const ContractCheck& check) {

@@ -11,8 +11,6 @@
 
 namespace Ombe {
 
-class OutputFile;
-
 struct ValidationOptions {
   Subject subject;
   std::vector<std::string> only = {};  ///< names of checks and groups; empty for all
@@ -46,8 +44,8 @@ Validation validate(const ValidationOptions& options,
 /// Where the contract says it.
 std::string linkOf(const ContractCheck& check);
 
-void writeText(const Judgement& judgement, bool colored, OutputFile& output);
-void writeSummary(const Validation& validation, OutputFile& output);
+std::string textOf(const Judgement& judgement, bool colored);
+std::string summaryOf(const Validation& validation);
 nlohmann::ordered_json toJson(const ContractCheck& check);
 nlohmann::ordered_json toJson(const Validation& validation);
 /// The report in JUnit's XML, which build servers read.
