@@ -11,7 +11,7 @@
 #include "host/io/json_output.h"
 #include "host/io/output_file.h"
 #include "host/text/code_page.h"
-#include "host/text/garbled_texts.h"
+#include "host/text/likely_code_pages.h"
 #include "host/text/number_text.h"
 #include "support/paths.h"
 #include "support/run_program.h"
@@ -174,6 +174,33 @@ TEST(CodePages, KeepNoShortFileFromBeingAnswered) {
       EXPECT_TRUE(report.opens() && !report.findings.has(Severity::kError)) << row[0] << text;
       for (const std::string& page : report.likelyCodePages) EXPECT_TRUE(isKnownCodePage(page));
     }
+  }
+}
+
+TEST(CodePages, AreGuessedFromALine) {
+  for (const auto& row : readTable("guesses.txt")) {
+    const std::string bytes = encoded("{1}{50}" + row[1] + "\n", row[0]);
+    const std::vector<std::string> likely = likelyCodePages(bytes);
+    ASSERT_FALSE(likely.empty()) << row[1];
+    EXPECT_EQ(CodePageReader(likely[0]).read(bytes), "{1}{50}" + row[1] + "\n") << likely[0];
+  }
+  std::minstd_rand random;
+  std::string noise(3000, '\0');
+  for (char& c : noise) c = static_cast<char>(random() >> 8);
+  EXPECT_THAT(likelyCodePages(noise), testing::IsEmpty());
+}
+
+TEST(CodePages, AreChosenWhereAFileLeavesAChoice) {
+  const std::vector<std::pair<std::string, std::string>> rows = {
+      {"", "UTF-8"},
+      {"{1}{2}a\n", "UTF-8"},
+      {"{1}{2}\u017Ca\n", "UTF-8"},
+      {"{1}{2}\u017Ca\r\n{1}{2}\u017C\r\n{1}{2}\xBF", "UTF-8, except for 1 line"},
+      {"{1}{2}\u017Ca\n{1}{2}g\xEA\x9Cl\xB9\n", "windows-1250, guessed from 1 line"},
+      {"{1}{2}ja\xBF\xF1\r{1}{2}a\r{1}{2}g\xEA\x9Cl\xB9", "windows-1250, guessed from 2 lines"},
+      {"{1}{2}\x8D\xB5\x80\x88\xBC\xFB", "no UTF-8, and no code page is likely"}};
+  for (const auto& [bytes, description] : rows) {
+    EXPECT_EQ(describe(chooseCodePage(bytes)), description) << testing::PrintToString(bytes);
   }
 }
 

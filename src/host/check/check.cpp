@@ -21,8 +21,8 @@ constexpr std::uintmax_t kLargestUnrecognised = std::uintmax_t{64} << 20;
 void describe(Session& session, Answer& answer) {
   SettingValue value;
   HostController& settings = session.controller();
-  answer.hasSignature =
-      settings.getValue(autodetectedSetting(), value) && value.asBoolean().value_or(false);
+  answer.hasSignature = !session.signedCodePage().empty();
+  answer.choice = session.codePageChoice();
   if (settings.getValue(codePageSetting(), value) && value.asString() != nullptr) {
     answer.codePage = std::string(view(*value.asString()));
   }
@@ -85,6 +85,7 @@ void check(const InputFile& input, const SessionOptions& options, CheckReport& r
   report.subtitles = answer.times.count;
   report.codePage = answer.codePage;
   report.hasSignature = answer.hasSignature;
+  report.choice = answer.choice;
   explain(input.path(), answer, options, report);
 }
 

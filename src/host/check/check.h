@@ -35,6 +35,7 @@ struct CheckReport {
   RateUse rate;
   std::string codePage;                      ///< in use; empty for UTF-8
   bool hasSignature = false;                 ///< the file itself states its code page
+  std::optional<CodePageChoice> choice;      ///< how it was chosen, if that was asked for
   std::vector<std::string> likelyCodePages;  ///< for texts that are no UTF-8
   Findings findings;                         ///< in the order of their lines
 

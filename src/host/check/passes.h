@@ -35,13 +35,11 @@ struct Answer {
   bool isMicroDVD = false;
   std::string codePage = {};  ///< that was given or found
   bool hasSignature = false;  ///< it was found
-  Times times = {};           ///< of what was delivered
+  std::optional<CodePageChoice> choice = {};
+  Times times = {};  ///< of what was delivered
 };
 
 Answer askPlugin(const std::string& path, const SessionOptions& options);
-
-/// What one read gives at most on Linux, and a plug-in reads a file with one.
-inline constexpr std::uintmax_t kLargestFile = 0x7FFFF000;
 
 /// The bytes decoded as the plug-in does it where it decodes a whole text: from the code page of
 /// their signature, else from the one named. Nothing where that fails.

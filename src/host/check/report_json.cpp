@@ -53,6 +53,9 @@ Json headOf(const CheckReport& report) {
   json["frameRate"] = toJson(report.rate);
   json["codePage"] = {{"name", report.codePage.empty() ? "UTF-8" : report.codePage},
                       {"signature", report.hasSignature}};
+  if (report.choice && report.choice->isGuess()) {
+    json["codePage"]["guessedFrom"] = report.choice->lines;
+  }
   return json;
 }
 

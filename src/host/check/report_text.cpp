@@ -31,6 +31,7 @@ std::string rateText(const CheckReport& report) {
 
 std::string codePageText(const CheckReport& report) {
   if (report.hasSignature) return report.codePage + " (found in the file)";
+  if (report.choice) return visibleLine(describe(*report.choice));
   return report.codePage.empty() ? "UTF-8 (none given)"
                                  : visibleLine(report.codePage) + " (as given)";
 }

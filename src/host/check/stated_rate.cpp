@@ -9,7 +9,6 @@
 #include "host/session/session.h"
 #include "host/text/code_page.h"
 #include "microdvd/lines/rate_in_force.h"
-#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 namespace {
@@ -25,16 +24,6 @@ std::string firstLines(const std::string& path, const std::string& codePage) {
     if (auto text = reader.read(std::string_view(head).substr(0, size))) return std::move(*text);
   }
   return {};
-}
-
-/// The code page that a signature in the file states; empty where there is none.
-std::string signedCodePage(HostController& settings) {
-  SettingValue value;
-  if (!settings.getValue(autodetectedSetting(), value) || !value.asBoolean().value_or(false) ||
-      !settings.getValue(codePageSetting(), value) || value.asString() == nullptr) {
-    return {};
-  }
-  return std::string(view(*value.asString()));
 }
 
 }  // namespace
@@ -56,8 +45,7 @@ FrameRate statedRate(std::string_view text) {
 std::optional<FileRate> fileRate(Session& session, const std::string& path) {
   constexpr std::string_view kSignature = "\uFEFF";
   if (session.container().findMediaTypeRank(toByteString("text/x-sub")) < 0) return std::nullopt;
-  const std::string lines =
-      path.empty() ? path : firstLines(path, signedCodePage(session.controller()));
+  const std::string lines = path.empty() ? path : firstLines(path, session.signedCodePage());
   const std::size_t start = lines.starts_with(kSignature) ? kSignature.size() : 0;
   const FrameRate rate = statedRate(std::string_view(lines).substr(start));
   return FileRate{rate.isSet() ? rate : kDefaultFrameRate, rate.isSet()};

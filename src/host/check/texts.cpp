@@ -1,4 +1,5 @@
 #include "host/check/passes.h"
+#include "host/text/code_page_advice.h"
 #include "host/text/utf8_scan.h"
 
 namespace Ombe {

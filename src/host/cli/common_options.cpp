@@ -110,8 +110,10 @@ std::vector<Option> withSourceOptions(std::vector<Option> own, SessionOptions& s
        .set = parsedInto(session.frameRate, parseFrameRate)},
       {.names = {"--code-page"},
        .value = "NAME",
-       .purpose = "Code page of the text, as ICU names it",
-       .more = "Without it, texts are UTF-8 unless a signature in the file says otherwise.",
+       .purpose = "Code page of the text, as ICU names it, or auto for the likeliest",
+       .more = "Without it, texts are UTF-8 unless a signature in the file says otherwise; auto "
+               "leaves such files and those that are UTF-8 as they are, and says of each file what "
+               "it chose.",
        .set = into(session.codePage)},
       {.names = {"--language"},
        .value = "TAG",

@@ -93,6 +93,7 @@ Totals checkEach(const CheckOptions& options, const Take& take) {
       ++totals.otherTexts;
       return;
     }
+    if (found->choice) reportError(found->file + ": " + describe(*found->choice));
     totals.add(*found);
     if (!options.isQuiet || !found->findings.counts().empty()) take(*found);
   };

@@ -89,7 +89,12 @@ int run(const Asked& options) {
     played.fileRate = fileRate(session, chosenRate(options.session).isSet() ? "" : input.path());
     if (const auto& rate = played.fileRate)
       play.fileRate = {rateText(*rate), rate->rate.perSecond()};
-    if (!options.session.codePage) play.likelyCodePages = findLikelyCodePages(session);
+    if (const auto& choice = session.codePageChoice()) {
+      reportError(input.name() + ": " + describe(*choice));
+      play.likelyCodePages = choice->likely;
+    } else if (!options.session.codePage) {
+      play.likelyCodePages = findLikelyCodePages(session);
+    }
   }
   if (onTerminal) {
     const Found before = Found::of(session);
@@ -98,7 +103,7 @@ int run(const Asked& options) {
     if (signal == 0 && !(before == after)) write(exportLine(played, after));
     return signal;
   }
-  if (!play.likelyCodePages.empty()) {
+  if (!play.likelyCodePages.empty() && !options.session.codePage) {
     reportError(input.name() + ": not UTF-8: try --code-page " + play.likelyCodePages.front());
   }
   playAsLines(session, play, depth);

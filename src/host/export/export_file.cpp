@@ -7,6 +7,7 @@
 #include "host/io/input_file.h"
 #include "host/io/output_file.h"
 #include "host/session/subtitle.h"
+#include "host/text/code_page_advice.h"
 #include "host/text/garbled_texts.h"
 
 namespace Ombe {
@@ -40,6 +41,9 @@ std::vector<std::string> exportSession(Session& session, const InputFile& input,
   });
   writer->end(file.buffer());
   std::vector<std::string> remarks = writer->remarks();
+  if (const auto& choice = session.codePageChoice()) {
+    remarks.insert(remarks.begin(), describe(*choice));
+  }
   if (leftOut != 0) {
     remarks.push_back("left out " + std::to_string(leftOut) +
                       " of its subtitles: their times would be before 0 or beyond the last");

@@ -6,13 +6,14 @@
 #include <utility>
 
 #include "host/text/code_page.h"
-#include "host/text/garbled_texts.h"
+#include "host/text/likely_code_pages.h"
 #include "host/text/utf8_scan.h"
 
 namespace Ombe {
 namespace {
 
 constexpr std::size_t kSample = 4096;  // bytes that tell
+constexpr char kUtf8[] = "UTF-8";
 
 /// "UTF-16LE" or "UTF-16BE" where every other byte of the start is often zero and the others hardly
 /// ever: digits, braces and line ends are ASCII in any language. Empty for no such text.
@@ -37,19 +38,25 @@ std::string decodedWith(const std::string& codePage, std::string_view bytes, boo
   return std::move(*text);
 }
 
+/// Of bytes that say nothing of it themselves; empty where it is not known.
+std::string unstatedCodePage(std::string_view bytes, const std::string& guess) {
+  std::string wide = wideCodePage(bytes);
+  if (!wide.empty()) return wide;
+  return isUtf8(bytes) ? kUtf8 : guess;
+}
+
 }  // namespace
 
-DecodedText decodeBytes(std::string bytes, const std::string& codePage) {
+DecodedText decodeBytes(std::string bytes, const std::string& codePage, const std::string& guess) {
   DecodedText result;
-  result.codePage = codePage.empty() ? wideCodePage(bytes) : codePage;
-  if (!result.codePage.empty()) {
-    result.text = decodedWith(result.codePage, bytes, result.isLossy);
-  } else if (isUtf8(bytes)) {
-    result.text = std::move(bytes);
-    result.codePage = "UTF-8";
-  } else {
+  result.codePage = codePage.empty() ? unstatedCodePage(bytes, guess) : codePage;
+  if (result.codePage.empty()) {
     result.isUnknown = true;
     result.likely = likelyCodePages(bytes);
+  } else if (codePage.empty() && result.codePage == kUtf8) {
+    result.text = std::move(bytes);
+  } else {
+    result.text = decodedWith(result.codePage, bytes, result.isLossy);
   }
   constexpr std::string_view kSignature = "\uFEFF";
   if (result.text.starts_with(kSignature)) result.text.erase(0, kSignature.size());

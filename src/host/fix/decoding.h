@@ -16,7 +16,8 @@ struct DecodedText {
 };
 
 /// Decodes the bytes by the code page named, which ICU knows; with an empty name as UTF-8, or as
-/// UTF-16 that lacks its signature. Throws std::length_error beyond 700 MB.
-DecodedText decodeBytes(std::string bytes, const std::string& codePage);
+/// UTF-16 that lacks its signature, or else by the code page guessed, if there is one. Throws
+/// std::length_error beyond 700 MB.
+DecodedText decodeBytes(std::string bytes, const std::string& codePage, const std::string& guess);
 
 }  // namespace Ombe

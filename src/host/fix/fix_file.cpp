@@ -6,27 +6,25 @@
 #include <utility>
 
 #include "host/check/check.h"
-#include "host/check/passes.h"
 #include "host/check/stated_rate.h"
 #include "host/fix/decoding.h"
 #include "host/io/descriptor_io.h"
 #include "host/io/failure.h"
-#include "host/text/garbled_texts.h"
-#include "ombe_core/subtitle_settings.h"
+#include "host/session/source.h"
+#include "host/text/code_page_advice.h"
 
 namespace Ombe {
 namespace {
 
-/// What the plug-in found in the file itself, else what a person says; empty for none.
-std::string codePageOf(const std::string& path, const SessionOptions& options) {
+/// What the plug-in found in the file itself, else what a person says; empty for none. A choice
+/// that was asked for is in `choice`.
+std::string codePageOf(const std::string& path, const SessionOptions& options,
+                       std::optional<CodePageChoice>& choice) {
   Session session(options);
   session.probe(path);  // whatever it answers, it has looked for a signature
-  SettingValue value;
-  const bool isFound = session.controller().getValue(autodetectedSetting(), value) &&
-                       value.asBoolean().value_or(false) &&
-                       session.controller().getValue(codePageSetting(), value) &&
-                       value.asString() != nullptr;
-  return isFound ? std::string(view(*value.asString())) : options.codePage.value_or("");
+  choice = session.codePageChoice();
+  std::string stated = session.signedCodePage();
+  return !stated.empty() || choice ? stated : options.codePage.value_or("");
 }
 
 std::string readWhole(const std::string& path) {
@@ -70,15 +68,20 @@ std::optional<Retiming> retimingFor(const std::string& path, std::string_view te
 }  // namespace
 
 FixedText fixFile(const std::string& path, const FixOptions& options) {
-  const std::string codePage = codePageOf(path, options.session);
+  std::optional<CodePageChoice> choice;
+  const std::string codePage = codePageOf(path, options.session, choice);
   const std::string bytes = readWhole(path);
-  DecodedText decoded = decodeBytes(bytes, codePage);
+  DecodedText decoded =
+      decodeBytes(bytes, codePage, choice && choice->isGuess() ? choice->codePage : "");
   if (decoded.isUnknown) {
     if (const std::string other = otherKind(bytes); !other.empty())
       throw Failure(path, Step::kProbe, other);
     throw Failure(path, Step::kConvert, "is not UTF-8: " + codePageAdvice(decoded.likely));
   }
-  FixedText fixed{decoded.codePage, decoded.isLossy, false, {}, {}};
+  // The signature is what text of 16 bits a character lacks, so it was chosen among the others.
+  const bool isWide = codePage.empty() && decoded.codePage.starts_with("UTF-16");
+  if (isWide) choice.reset();
+  FixedText fixed{decoded.codePage, std::move(choice), decoded.isLossy, false, {}, {}};
   RepairOptions repairOptions{{}, options.thorough};
   const auto& chosen = options.times.rate ? options.times.rate : options.session.frameRate;
   if (chosen) repairOptions.rate = {chosen->numerator, chosen->denominator};

@@ -17,10 +17,11 @@ struct FixOptions {
 };
 
 struct FixedText {
-  std::string codePage;    ///< that the file was in
-  bool isLossy = false;    ///< bytes that are no characters of it became U+FFFD
-  bool isAsItWas = false;  ///< byte for byte what the file held
-  Repair repair;           ///< with at least one line
+  std::string codePage;                       ///< that the file was in
+  std::optional<CodePageChoice> choice = {};  ///< how it was chosen, if that was asked for
+  bool isLossy = false;                       ///< bytes that are no characters of it became U+FFFD
+  bool isAsItWas = false;                     ///< byte for byte what the file held
+  Repair repair;                              ///< with at least one line
   std::optional<Retiming> retiming = std::nullopt;  ///< that it went through
 };
 

@@ -117,15 +117,15 @@ class Fixing {
       if (item.result == Result::kFailed && json_) json_->files().value(failureJson(item));
       return;
     }
+    const std::string name = item.source.path == "-" ? "standard input" : item.source.path;
+    if (fixed->choice) reportError(name + ": " + describe(*fixed->choice));
     for (const Fate fate : {Fate::kMended, Fate::kLeft, Fate::kDropped})
       lines_[fate] += fixed->repair.count(fate);
     kept_ += fixed->repair.kept;
     if (json_) {
       json_->files().value(toJson(item, *fixed, item.result != Result::kUnchanged));
     } else {
-      const std::string& name = item.source.path;
-      describe(name == "-" ? "standard input" : name, *fixed,
-               [this](const std::string& line) { say(line); });
+      describe(name, *fixed, [this](const std::string& line) { say(line); });
     }
   }
 

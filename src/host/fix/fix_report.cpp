@@ -40,19 +40,21 @@ Json toJson(const BatchItem& item, const FixedText& fixed, bool isWritten) {
                        {"what", change.what},
                        {"text", change.text}});
   }
-  return {{"file", item.source.path},
-          {"output", isWritten ? Json(item.output) : Json(nullptr)},
-          {"codePage", fixed.codePage},
-          {"lossy", fixed.isLossy},
-          {"opened", fixed.repair.opened},
-          {"header", fixed.retiming ? Json(headerText(fixed.retiming->rate)) : Json(nullptr)},
-          {"movedBy", fixed.retiming ? fixed.retiming->frames : 0},
-          {"subtitles", fixed.repair.subtitles},
-          {"kept", fixed.repair.kept},
-          {"mended", fixed.repair.count(Fate::kMended)},
-          {"left", fixed.repair.count(Fate::kLeft)},
-          {"dropped", fixed.repair.count(Fate::kDropped)},
-          {"changes", std::move(changes)}};
+  Json json = {{"file", item.source.path},
+               {"output", isWritten ? Json(item.output) : Json(nullptr)},
+               {"codePage", fixed.codePage},
+               {"lossy", fixed.isLossy},
+               {"opened", fixed.repair.opened},
+               {"header", fixed.retiming ? Json(headerText(fixed.retiming->rate)) : Json(nullptr)},
+               {"movedBy", fixed.retiming ? fixed.retiming->frames : 0},
+               {"subtitles", fixed.repair.subtitles},
+               {"kept", fixed.repair.kept},
+               {"mended", fixed.repair.count(Fate::kMended)},
+               {"left", fixed.repair.count(Fate::kLeft)},
+               {"dropped", fixed.repair.count(Fate::kDropped)},
+               {"changes", std::move(changes)}};
+  if (fixed.choice && fixed.choice->isGuess()) json["guessedFrom"] = fixed.choice->lines;
+  return json;
 }
 
 Json failureJson(const BatchItem& item) {

@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "host/io/descriptor_io.h"
 #include "host/io/failure.h"
 #include "host/io/log_records.h"
 #include "host/session/source.h"
@@ -26,10 +27,7 @@ Session::Session(const SessionOptions& options)
   if (options_.frameRate) {
     controller_.setValue(frameRateSetting(), SettingValue::ratio(*options_.frameRate));
   }
-  if (options_.codePage) {
-    controller_.setValue(codePageSetting(),
-                         SettingValue::string(new String(options_.codePage->c_str())));
-  }
+  if (options_.codePage && !choosesCodePage()) setCodePage(*options_.codePage);
   container_->attach(&host_, host_.newUID());
   auto* control = findInterface<SubtitleControlInterface>(*plugin_, kSubtitleControlInterfaceId);
   if (control != nullptr) control->setSubtitleController(&controller_);
@@ -46,8 +44,10 @@ Session::~Session() {
 
 bool Session::probe(const std::string& file) {
   check(file);
-  return ask(file,
-             [&](const MediaSource& source) { return container_->probe(source, 0, 0, nullptr); });
+  const bool isRecognised = ask(
+      file, [&](const MediaSource& source) { return container_->probe(source, 0, 0, nullptr); });
+  if (choosesCodePage() && !choice_) choose(file);
+  return isRecognised;
 }
 
 void Session::open(const std::string& file) {
@@ -113,9 +113,29 @@ void Session::readToEnd(const std::function<void(const Chunk&)>& take) {
   }
 }
 
+std::string Session::signedCodePage() {
+  SettingValue value;
+  const bool isStated =
+      controller_.getValue(autodetectedSetting(), value) && value.asBoolean().value_or(false) &&
+      controller_.getValue(codePageSetting(), value) && value.asString() != nullptr;
+  return isStated ? std::string(view(*value.asString())) : std::string();
+}
+
+void Session::setCodePage(const std::string& name) {
+  controller_.setValue(codePageSetting(), SettingValue::string(new String(name.c_str())));
+}
+
+/// After the plug-in has looked for a signature.
+void Session::choose(const std::string& file) {
+  const std::string stated = signedCodePage();
+  choice_ = stated.empty() ? chooseCodePage(readFile(file, kLargestFile))
+                           : CodePageChoice{CodePageChoice::Ground::kSignature, stated};
+  if (choice_->isGuess()) setCodePage(choice_->codePage);
+}
+
 void Session::check(const std::string& file) const {
   requireReadable(file);
-  if (options_.codePage && !isKnownCodePage(*options_.codePage)) {
+  if (options_.codePage && !choosesCodePage() && !isKnownCodePage(*options_.codePage)) {
     throw Failure(file, Step::kConvert, "unknown code page '" + *options_.codePage + "'");
   }
 }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/session/chunk.h"
+#include "host/session/code_page_choice.h"
 #include "host/session/host_container.h"
 #include "host/session/playback_clock.h"
 #include "host/session/plugin_library.h"
@@ -18,12 +19,12 @@ class MediaSource;
 
 /// What a person may say about every source.
 struct SessionOptions {
-  std::optional<Ratio> frameRate = std::nullopt;  ///< zero parts are the plug-in's to judge
-  std::optional<std::string> codePage = std::nullopt;
-  std::string language = {};      ///< preferred; "en", "en-US" or empty
-  std::int32_t offsetMs = 0;      ///< added to every time
-  std::string plugin = {};        ///< path; empty to search for it
-  std::string pluginFolder = {};  ///< where the search ends; may be empty
+  std::optional<Ratio> frameRate = std::nullopt;       ///< zero parts are the plug-in's to judge
+  std::optional<std::string> codePage = std::nullopt;  ///< or kAutoCodePage
+  std::string language = {};                           ///< preferred; "en", "en-US" or empty
+  std::int32_t offsetMs = 0;                           ///< added to every time
+  std::string plugin = {};                             ///< path; empty to search for it
+  std::string pluginFolder = {};                       ///< where the search ends; may be empty
 };
 
 /// Drives one component through its slots, as an engine would: load, attach and controller at
@@ -42,6 +43,11 @@ class Session {
   /// file cannot be read, also by the plug-in as its log has it, its path cannot be written as a
   /// URI, the code page is unknown.
   bool probe(const std::string& file);
+
+  /// The code page that a signature in the file states; empty for none. From `probe` on.
+  [[nodiscard]] std::string signedCodePage();
+  /// How the code page of the file was chosen; nothing unless that was asked for. From `probe` on.
+  [[nodiscard]] const std::optional<CodePageChoice>& codePageChoice() const { return choice_; }
 
   /// Probes, opens and activates, and gives the selected stream the clock. At most once. Throws
   /// Failure naming the file and the step.
@@ -64,9 +70,12 @@ class Session {
 
  private:
   void check(const std::string& file) const;
+  [[nodiscard]] bool choosesCodePage() const { return options_.codePage == kAutoCodePage; }
   template <typename Question>
   bool ask(const std::string& file, const Question& question);
   void activate();
+  void setCodePage(const std::string& name);
+  void choose(const std::string& file);
 
   SessionOptions options_;
   // Streams hold code of the library, the component knows all the others.
@@ -80,6 +89,7 @@ class Session {
   ContainerInterface* container_ = nullptr;  // the component's
   StreamInterface* stream_ = nullptr;        // the host's
   std::string file_;
+  std::optional<CodePageChoice> choice_;
   bool opened_ = false;
 };
 

@@ -1,12 +1,16 @@
 // From a path that a person gave to a source.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace Ombe {
 
 /// "file://" and the absolute path, byte for byte: plug-ins do the escaping.
 std::string sourceUri(const std::string& file);
+
+/// What one read gives at most on Linux, and a plug-in reads a file with one.
+inline constexpr std::uintmax_t kLargestFile = 0x7FFFF000;
 
 /// Throws Failure saying what keeps the file from being read, or its path from being a URI.
 void requireReadable(const std::string& file);

@@ -59,6 +59,12 @@ bool CodePageReader::reads(std::string_view text) {
   return convert(text, [](std::u16string_view) {});
 }
 
+std::u16string CodePageReader::units(std::string_view text) {
+  std::u16string units;
+  convert(text, [&units](std::u16string_view piece) { units += piece; });
+  return units;
+}
+
 std::optional<std::string> CodePageReader::read(std::string_view text) {
   constexpr std::size_t kLargest = std::numeric_limits<std::int32_t>::max() / 3;
   std::u16string units;

@@ -31,6 +31,9 @@ class CodePageReader {
   /// it is longer than 700 MB.
   std::optional<std::string> read(std::string_view text);
 
+  /// The text as UTF-16, up to where it cannot go on.
+  std::u16string units(std::string_view text);
+
  private:
   struct Close {
     void operator()(UConverter* converter) const;

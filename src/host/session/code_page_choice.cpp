@@ -1,0 +1,58 @@
+#include "host/session/code_page_choice.h"
+
+#include <algorithm>
+
+#include "host/text/garbled_texts.h"
+#include "host/text/utf8_scan.h"
+
+namespace Ombe {
+namespace {
+
+bool isAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+std::string inLines(std::size_t count) {
+  return std::to_string(count) + (count == 1 ? " line" : " lines");
+}
+
+}  // namespace
+
+CodePageChoice chooseCodePage(std::string_view bytes) {
+  using Ground = CodePageChoice::Ground;
+  if (isUtf8(bytes)) return {Ground::kUtf8};
+  GarbledTexts garbled;
+  std::size_t wellFormed = 0;  // lines beyond ASCII
+  while (!bytes.empty()) {
+    const std::string_view line = bytes.substr(0, bytes.find_first_of("\r\n"));
+    bytes.remove_prefix(std::min(line.size() + 1, bytes.size()));
+    if (!isAscii(line) && !garbled.take(line)) ++wellFormed;
+  }
+  CodePageChoice choice{Ground::kNone, {}, {}, garbled.count()};
+  if (wellFormed > garbled.count()) {
+    choice.ground = Ground::kUtf8;  // with damage; a guess would garble the others
+    return choice;
+  }
+  choice.likely = garbled.likelyCodePages();
+  if (choice.likely.empty()) return choice;
+  choice.ground = Ground::kGuess;
+  choice.codePage = choice.likely.front();
+  return choice;
+}
+
+std::string describe(const CodePageChoice& choice) {
+  switch (choice.ground) {
+    case CodePageChoice::Ground::kSignature:
+      return choice.codePage + ", by its signature";
+    case CodePageChoice::Ground::kUtf8:
+      return choice.lines == 0 ? "UTF-8" : "UTF-8, except for " + inLines(choice.lines);
+    case CodePageChoice::Ground::kGuess:
+      return choice.codePage + ", guessed from " + inLines(choice.lines);
+    case CodePageChoice::Ground::kNone:
+      return "no UTF-8, and no code page is likely";
+  }
+  return {};
+}
+
+}  // namespace Ombe

@@ -1,0 +1,44 @@
+// How well a text fits a language.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/text/languages.h"
+
+namespace Ombe {
+
+/// What a code page makes of a text: its characters beyond ASCII.
+class ForeignCharacters {
+ public:
+  explicit ForeignCharacters(std::u16string_view text);
+
+  /// Each character, and how many there are.
+  [[nodiscard]] const std::vector<std::pair<char16_t, std::size_t>>& counts() const {
+    return counts_;
+  }
+  /// How many of them no language puts where they stand.
+  [[nodiscard]] std::size_t misplaced() const { return misplaced_; }
+  /// How many there are in all.
+  [[nodiscard]] std::size_t total() const { return total_; }
+
+ private:
+  void judgePlace(char16_t before, char16_t c, char16_t behind);
+
+  std::vector<std::pair<char16_t, std::size_t>> counts_;
+  std::size_t misplaced_ = 0;
+  std::size_t total_ = 0;
+};
+
+/// How surprising the characters are in a text of the language: the sum of the negative logarithms
+/// of how often each is to be expected among those beyond ASCII. Any thread.
+double costIn(const Language& language, const ForeignCharacters& characters);
+
+/// What a character costs, on average, in a text of another kind.
+inline constexpr double kIncredibleCost = 9;
+/// What a frequent word of a language in the text takes off the cost in it.
+inline constexpr double kFrequentWord = 2;
+
+}  // namespace Ombe
