@@ -30,7 +30,9 @@ struct Option {
   bool takesFile = false;    ///< the value names a file or a folder
   bool isRequired = false;
   bool isRepeated = false;
-  Setter set = {};  ///< none for what the parser answers by itself
+  bool isShared = false;  ///< other commands have the same, so that it is told once for all
+  bool isRare = false;    ///< for --help-all and the manual page alone
+  Setter set = {};        ///< none for what the parser answers by itself
 
   [[nodiscard]] bool isPositional() const { return !names.front().starts_with('-'); }
   [[nodiscard]] bool isFlag() const { return !isPositional() && value.empty(); }
@@ -49,7 +51,11 @@ struct Command {
   std::function<ExitCode()> run = {};
   std::vector<Meaning> keys = {};  ///< those that it takes, for the manual page alone
   bool isHidden = false;           ///< meant for the build, not for people
+  std::string heading = {};        ///< that it stands under in help
 };
+
+inline constexpr char kHelpPurpose[] = "Print this help message and exit";
+inline constexpr char kHelpAllPurpose[] = "Print help with rare options as well and exit";
 
 // One file each in host/commands makes them.
 Command probeCommand();

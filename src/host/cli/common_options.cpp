@@ -101,7 +101,7 @@ std::string pluginsBesideProgram() {
 
 std::vector<Option> withSourceOptions(std::vector<Option> own, SessionOptions& session) {
   const auto showLog = [](const std::string& /*none*/) { return logToStandardError(), true; };
-  const Option shared[] = {
+  std::vector<Option> shared = {
       {.names = {"--frame-rate"},
        .value = "N[/D]",
        .purpose = "Frames per second of the video",
@@ -118,6 +118,7 @@ std::vector<Option> withSourceOptions(std::vector<Option> own, SessionOptions& s
       {.names = {"--language"},
        .value = "TAG",
        .purpose = "Preferred language: en, en-US",
+       .isRare = true,
        .set = into(session.language)},
       {.names = {"--offset"},
        .value = "MS",
@@ -127,11 +128,16 @@ std::vector<Option> withSourceOptions(std::vector<Option> own, SessionOptions& s
        .value = "PATH",
        .purpose = "Plug-in to load instead of the one installed",
        .takesFile = true,
+       .isRare = true,
        .set = into(session.plugin)},
-      {.names = {"--log"}, .purpose = "Show the plug-in's log on standard error", .set = showLog},
+      {.names = {"--log"},
+       .purpose = "Show the plug-in's log on standard error",
+       .isRare = true,
+       .set = showLog},
   };
+  for (Option& option : shared) option.isShared = true;
   session.pluginFolder = pluginsBesideProgram();
-  own.insert(own.end(), std::begin(shared), std::end(shared));
+  own.insert(own.end(), shared.begin(), shared.end());
   return own;
 }
 

@@ -80,10 +80,29 @@ void appendMeanings(std::string& out, const std::vector<Meaning>& meanings) {
 void appendCommand(std::string& out, const Command& command) {
   out.append(".SS ").append(command.name).append("\n").append(escaped(command.purpose));
   out += ".\n";
-  for (const Option& option : command.options) appendOption(out, option);
+  std::vector<std::string> shared;
+  for (const Option& option : command.options) {
+    if (!option.isShared) appendOption(out, option);
+    if (option.isShared && option.set) shared.push_back(bold(option.names.back()));
+  }
+  if (!shared.empty()) out += fmt::format(".PP\nShared options: {}\n", fmt::join(shared, ", "));
   if (!command.keys.empty()) out += ".PP\nKeys:\n";
   appendMeanings(out, command.keys);
   appendFooter(out, command.footer);
+}
+
+/// Every option that commands share, once.
+void appendShared(std::string& out, const std::vector<Command>& commands) {
+  std::vector<std::string> told;
+  for (const Command& command : commands) {
+    for (const Option& option : command.options) {
+      const std::string& name = option.names.back();
+      if (!option.isShared || !option.set) continue;
+      if (std::find(told.begin(), told.end(), name) != told.end()) continue;
+      told.push_back(name);
+      appendOption(out, option);
+    }
+  }
 }
 
 }  // namespace
@@ -103,6 +122,8 @@ std::string manPage(const std::string& version, const std::vector<Command>& comm
   for (const Command& command : commands) {
     if (command.run && !command.isHidden) appendCommand(out, command);
   }
+  appendSection(out, "SHARED OPTIONS");
+  appendShared(out, commands);
   appendSection(out, "EXIT STATUS");
   appendMeanings(out, kExitCodes);
   appendSection(out, "ENVIRONMENT");
