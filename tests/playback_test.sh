@@ -8,7 +8,7 @@ nm=$1 library=$2 engine=$3
 undefined=$("$nm" -C --undefined-only --format=just-symbols "$library" | sort -u)
 defined=$({
   "$nm" -C --defined-only --format=just-symbols "$library"
-  "$nm" -DC --defined-only --format=just-symbols "$engine"
+  "$nm" -DC --defined-only --without-symbol-versions --format=just-symbols "$engine"
 } | sort -u)
 failures=0
 known=$(mktemp)
