@@ -89,6 +89,18 @@ void check(const InputFile& input, const SessionOptions& options, CheckReport& r
   explain(input.path(), answer, options, report);
 }
 
+/// The failure with its reason, for which the input is read again.
+Failure explained(const Failure& failure, const InputFile& input, const SessionOptions& options) {
+  if (failure.step() != Step::kProbe && failure.step() != Step::kOpen) return failure;
+  CheckReport report;
+  report.findings = Findings(1);  // of each kind
+  check(input, options, report);
+  report.findings.sort();
+  return {input.name(), failure.step(),
+          (failure.step() == Step::kProbe ? "not recognised: " : "could not be opened: ") +
+              report.findings.firstError()};
+}
+
 }  // namespace
 
 Answer askPlugin(const std::string& path, const SessionOptions& options) {
@@ -143,6 +155,14 @@ CheckReport checkFile(const std::string& name, const SessionOptions& options, st
   }
   report.findings.sort();
   return report;
+}
+
+void openExplained(Session& session, const InputFile& input, const SessionOptions& options) {
+  try {
+    session.open(input.path());
+  } catch (const Failure& failure) {
+    throw explained(failure, input, options);
+  }
 }
 
 }  // namespace Ombe

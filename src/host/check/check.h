@@ -14,6 +14,7 @@
 
 namespace Ombe {
 
+class InputFile;
 class JsonWriter;
 class OutputFile;
 
@@ -49,6 +50,10 @@ CheckReport checkFile(const std::string& name, const SessionOptions& options, st
 
 /// A report on what could not be looked at.
 CheckReport unreadable(const std::string& name, const std::string& reason);
+
+/// Opens the input in a session of these options. Throws Failure, with what a check finds to be the
+/// reason where the plug-in did not recognise or open it.
+void openExplained(Session& session, const InputFile& input, const SessionOptions& options);
 
 /// What a file looks like that is not recognised, by its first bytes; empty for no idea.
 std::string looksOf(std::string_view head);

@@ -193,6 +193,16 @@ std::string Findings::message(const Finding& finding) const {
   return text;
 }
 
+std::string Findings::firstError() const {
+  for (const Finding& finding : kept_) {
+    if (severityOf(finding.kind) != Severity::kError) continue;
+    const std::string where =
+        finding.line == 0 ? "" : "line " + std::to_string(finding.line) + ": ";
+    return where + message(finding);
+  }
+  return "refused";
+}
+
 std::string Findings::excerpt(const Finding& finding) const {
   constexpr std::size_t kShown = 120;  // bytes of a line
   if (!describe(finding.kind).quotes) return {};

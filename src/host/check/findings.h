@@ -106,6 +106,8 @@ class Findings {
 
   /// For people, as it came from the file: to be made visible.
   [[nodiscard]] std::string message(const Finding& finding) const;
+  /// What is wrong with the file as a whole if anything is, else with its first bad line.
+  [[nodiscard]] std::string firstError() const;
   /// The start of the line that is meant, in bytes of the text; empty when it is not to be shown.
   [[nodiscard]] std::string excerpt(const Finding& finding) const;
 

@@ -32,21 +32,10 @@ Json toJson(const CheckReport& report, const Finding& finding) {
   return json;
 }
 
-/// What is wrong with the file as a whole if anything is, else with its first bad line.
-std::string firstError(const Findings& findings) {
-  for (const Finding& finding : findings.kept()) {
-    if (severityOf(finding.kind) != Severity::kError) continue;
-    const std::string where =
-        finding.line == 0 ? "" : "line " + std::to_string(finding.line) + ": ";
-    return where + findings.message(finding);
-  }
-  return "refused";
-}
-
 Json headOf(const CheckReport& report) {
   Json json = {{"file", report.file}, {"opens", report.opens()}};
   if (!report.opens()) {
-    json["error"] = errorJson(report.file, stepName(*report.failed), firstError(report.findings));
+    json["error"] = errorJson(report.file, stepName(*report.failed), report.findings.firstError());
     return json;
   }
   json["subtitles"] = report.subtitles;

@@ -2,6 +2,7 @@
 
 #include "host/check/check.h"
 #include "host/io/output_file.h"
+#include "host/text/number_text.h"
 #include "host/text/visible_text.h"
 
 namespace Ombe {
@@ -57,8 +58,8 @@ void writeText(const CheckReport& report, bool colored, OutputFile& output) {
   std::string& out = output.buffer();
   const std::string file = visibleLine(report.file);
   if (report.opens()) {
-    out += fmt::format("{}: opens: {} subtitle{}, {}{}\n", file, report.subtitles,
-                       report.subtitles == 1 ? "" : "s", rateText(report), codePageText(report));
+    out += fmt::format("{}: opens: {}, {}{}\n", file, countText(report.subtitles, "subtitle"),
+                       rateText(report), codePageText(report));
   } else {
     out += fmt::format("{}: {}\n", file, painted("will not open", Severity::kError, colored));
   }

@@ -92,8 +92,9 @@ ExitCode explain(const CLI::App& app, const CLI::ParseError& end,
   }
   std::string message = end.what();
   const std::vector<std::string> unknown = app.remaining();
-  if (!isOfCommand && !unknown.empty() && !unknown.front().starts_with('-')) {
-    message = "unknown command: " + unknown.front();
+  if (!isOfCommand && !unknown.empty()) {
+    message = (unknown.front().starts_with('-') ? "unknown option: " : "unknown command: ") +
+              unknown.front();
   }
   reportError(message, "Run with --help for more information.");
   return ExitCode::kWrongUsage;

@@ -123,6 +123,7 @@ std::vector<Option> withSourceOptions(std::vector<Option> own, SessionOptions& s
       {.names = {"--offset"},
        .value = "MS",
        .purpose = "Milliseconds to add to every time; may be negative",
+       .refusal = "is no whole number of milliseconds of 32 bits",
        .set = into(session.offsetMs)},
       {.names = {"--plugin"},
        .value = "PATH",

@@ -10,7 +10,9 @@ namespace {
 
 const std::vector<Meaning> kExitCodes = {
     {"0", "done"},
-    {"1", "a file was refused or could not be read, or the output could not be written"},
+    {"1",
+     "a file was refused or could not be read, an output could not be written, fix dropped lines, "
+     "check --strict found something to warn of, or a plug-in failed a check of validate"},
     {"2", "wrong usage"},
     {"3", "the plug-in could not be loaded"},
 };
@@ -20,7 +22,9 @@ const std::vector<Meaning> kEnvironment = {
      "plug-ins, or folders of them, separated by colons, where they are looked for before the "
      "user's plug-in folder ~/.local/lib/ombe and the one that was installed or built with ombe"},
     {"NO_COLOR", "when not empty, output is not coloured unless --color=always asks for it"},
-    {"TMPDIR", "folder for the copy of standard input and the sample of inspect; /tmp if not set"},
+    {"TMPDIR",
+     "folder for the copy of standard input, the sample of inspect and what validate writes; /tmp "
+     "if not set"},
 };
 
 /// Backslashes, dashes and quotes as troff shows them; no line begins with a control character.

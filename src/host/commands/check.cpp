@@ -12,6 +12,7 @@
 #include "host/io/json_output.h"
 #include "host/io/messages.h"
 #include "host/io/named_sources.h"
+#include "host/text/number_text.h"
 
 namespace Ombe {
 namespace {
@@ -52,7 +53,8 @@ struct Totals {
 std::string summary(const Totals& totals) {
   std::string text = fmt::format("{} files: {} open, {} will not", totals.open + totals.refused,
                                  totals.open, totals.refused);
-  if (totals.otherTexts != 0) text += fmt::format(", {} other texts left out", totals.otherTexts);
+  if (totals.otherTexts != 0)
+    text += fmt::format(", {} left out", countText(totals.otherTexts, "other text"));
   for (const auto& [word, count] : totals.kinds) {
     text += fmt::format("\n  {}: {} in {} file{}", word, count.findings, count.files,
                         count.files == 1 ? "" : "s");

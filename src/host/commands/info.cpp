@@ -3,6 +3,7 @@
 #include <cstring>
 #include <nlohmann/json.hpp>
 
+#include "host/check/check.h"
 #include "host/check/stated_rate.h"
 #include "host/cli/common_options.h"
 #include "host/commands/plugin_description.h"
@@ -176,7 +177,7 @@ ExitCode info(const InfoOptions& options) {
     const PluginDescription plugin = describePlugin(session.library().path(), session.plugin());
     document["plugin"] = toJson(plugin);
     const FileInfo info = asNamed(input, [&] {
-      session.open(input.path());
+      openExplained(session, input, options.session);
       FileInfo found = describeFile(session);
       if (const auto rate = fileRate(session, input.path())) found.fileRate = rateText(*rate);
       return found;

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <string_view>
 
+#include "host/check/check.h"
 #include "host/check/fitted_times.h"
 #include "host/check/stated_rate.h"
 #include "host/cli/common_options.h"
@@ -82,7 +83,7 @@ int run(const Asked& options) {
   {
     const LoadingNotice notice(onTerminal);
     asNamed(input, [&] {
-      session.open(input.path());
+      openExplained(session, input, options.session);
       fitTimes(session, input.path(), options.times);
     });
     // With a rate that was chosen, the plug-in reads no header.

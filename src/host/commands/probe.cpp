@@ -14,19 +14,23 @@ struct ProbeOptions {
   SessionOptions session;
 };
 
-/// What the plug-in calls such files, empty for one that it does not recognise. A session of its
+/// What the plug-in calls such files, or why it does not: then the code changes. A session of its
 /// own for every file: a code page found in one must not be used for the next.
-std::string recognise(const std::string& file, const SessionOptions& options) {
+std::string recognise(const std::string& file, const SessionOptions& options, ExitCode& code) {
   Session session(options);
   try {
     const InputFile input(file);
-    if (!asNamed(input, [&] { return session.probe(input.path()); })) return {};
-    const auto types = describePlugin(session.library().path(), session.plugin()).mediaTypes;
-    if (types.empty()) return "recognised";
-    return types.front().first == "text/x-sub" ? "MicroDVD" : types.front().first;
+    if (asNamed(input, [&] { return session.probe(input.path()); })) {
+      const auto types = describePlugin(session.library().path(), session.plugin()).mediaTypes;
+      if (types.empty()) return "recognised";
+      return types.front().first == "text/x-sub" ? "MicroDVD" : types.front().first;
+    }
+    code = ExitCode::kRefused;
+    return "not recognised";
   } catch (const Failure& failure) {
     reportError(messageOf(failure));
-    return {};
+    code = ExitCode::kRefused;
+    return failure.step() == Step::kRead ? "cannot be read" : "not asked";
   }
 }
 
@@ -34,11 +38,7 @@ ExitCode probe(const ProbeOptions& options) {
   ExitCode code = ExitCode::kDone;
   OutputFile output("-");
   for (const std::string& file : options.files) {
-    std::string answer = recognise(file, options.session);
-    if (answer.empty()) {
-      code = ExitCode::kRefused;
-      answer = "not recognised";
-    }
+    const std::string answer = recognise(file, options.session, code);
     output.buffer().append(visibleLine(file)).append(": ").append(visibleLine(answer)).append("\n");
     output.drain();
   }

@@ -80,6 +80,10 @@ ExitCode run(ValidateOptions& options) {
     reportError("--only: no check or group '" + unknown.front() + "'", "--list names them.");
     return ExitCode::kWrongUsage;
   }
+  std::error_code error;
+  static_cast<void>(fs::temp_directory_path(error));
+  if (error)  // where checks copy to; no fault of the plug-in
+    throw Failure(Step::kWrite, "TMPDIR: cannot be used: " + error.message());
   Subject& subject = options.validation.subject;
   subject.plugin = findPlugin(options.plugin, options.pluginFolder);
   for (std::string& sample : subject.samples) {

@@ -1,5 +1,9 @@
 #include "host/export/export.h"
 
+#include <strings.h>
+
+#include <filesystem>
+
 #include "host/batch/in_order.h"
 #include "host/batch/items.h"
 #include "host/export/export_file.h"
@@ -10,8 +14,9 @@ namespace {
 
 /// The format that the ending of an output's name stands for, `other` if it does for none.
 std::string formatOf(const std::string& output, const std::string& other) {
+  const std::string ending = std::filesystem::path(output).extension().string();
   for (const std::string& format : writerNames()) {
-    if (output.ends_with("." + format)) return format;
+    if (::strcasecmp(ending.c_str(), ("." + format).c_str()) == 0) return format;
   }
   return other;
 }

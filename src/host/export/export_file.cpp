@@ -3,25 +3,25 @@
 #include "host/check/check.h"
 #include "host/check/fitted_times.h"
 #include "host/export/export.h"
-#include "host/io/descriptor_io.h"
 #include "host/io/input_file.h"
 #include "host/io/output_file.h"
 #include "host/session/subtitle.h"
 #include "host/text/code_page_advice.h"
 #include "host/text/garbled_texts.h"
+#include "host/text/number_text.h"
 
 namespace Ombe {
 namespace {
 
 void remarkOn(const GarbledTexts& garbled, std::vector<std::string>& remarks) {
   if (garbled.count() == 0) return;
-  remarks.push_back(std::to_string(garbled.count()) +
-                    " of its texts are not UTF-8: " + codePageAdvice(garbled.likelyCodePages()));
+  remarks.push_back(countText(garbled.count(), "text") + (garbled.count() == 1 ? " is" : " are") +
+                    " not UTF-8: " + codePageAdvice(garbled.likelyCodePages()));
 }
 
 std::vector<std::string> exportSession(Session& session, const InputFile& input,
                                        const std::string& output, const ExportOptions& options) {
-  session.open(input.path());
+  openExplained(session, input, options.session);
   fitTimes(session, input.path(), options.times);
   const auto offset = static_cast<std::int32_t>(session.host().getTimeOffset());
   const std::unique_ptr<SubtitleWriter> writer = makeWriter(options.writer);
@@ -54,27 +54,13 @@ std::vector<std::string> exportSession(Session& session, const InputFile& input,
   return remarks;
 }
 
-/// What a file that is not recognised looks like; empty for no idea.
-std::string looksOfFile(const InputFile& input) {
-  constexpr std::size_t kHead = 1024;  // bytes that tell
-  return looksOf(readFile(input.path(), kHead));
-}
-
 }  // namespace
 
 std::vector<std::string> exportFile(const std::string& input, const std::string& output,
                                     const ExportOptions& options) {
   const InputFile file(input);
   Session session(options.session);
-  return asNamed(file, [&] {
-    try {
-      return exportSession(session, file, output, options);
-    } catch (const Failure& failure) {
-      const std::string looks = failure.step() == Step::kProbe ? looksOfFile(file) : "";
-      if (looks.empty()) throw;
-      throw Failure(file.name(), Step::kProbe, "not recognised: " + looks);
-    }
-  });
+  return asNamed(file, [&] { return exportSession(session, file, output, options); });
 }
 
 }  // namespace Ombe

@@ -85,9 +85,9 @@ FixedText fixFile(const std::string& path, const FixOptions& options) {
   RepairOptions repairOptions{{}, options.thorough};
   const auto& chosen = options.times.rate ? options.times.rate : options.session.frameRate;
   if (chosen) repairOptions.rate = {chosen->numerator, chosen->denominator};
+  const std::string other = otherKind(decoded.text);
   fixed.repair = repair(std::move(decoded.text), repairOptions);
   if (fixed.repair.text.empty()) {
-    const std::string other = otherKind(bytes);
     throw Failure(path, Step::kProbe,
                   other.empty() ? "holds no line of the form {first}{last}text" : other);
   }

@@ -14,6 +14,7 @@
 #include "host/io/input_file.h"
 #include "host/io/json_output.h"
 #include "host/io/messages.h"
+#include "host/text/number_text.h"
 #include "host/text/visible_text.h"
 
 namespace Ombe {
@@ -140,7 +141,7 @@ class Fixing {
     } else if (text_) {
       if (items_.size() > 1) {
         say((request_.dryRun ? "nothing written" : summaryOf(items_)) + "; " +
-            std::to_string(kept_) + " lines kept, " + std::to_string(count(Fate::kMended)) +
+            countText(kept_, "line") + " kept, " + std::to_string(count(Fate::kMended)) +
             " mended, " + std::to_string(dropped) + " dropped");
       }
       text_->commit();

@@ -7,15 +7,16 @@
 #include "host/cli/exit_code.h"
 #include "host/io/failure.h"
 #include "host/io/json_output.h"
+#include "host/text/number_text.h"
 
 namespace Ombe {
 
 void describe(const std::string& name, const FixedText& fixed,
               const std::function<void(const std::string& line)>& say) {
   const Repair& repair = fixed.repair;
-  std::string out =
-      fmt::format("{}: {}, {} lines kept, {} mended, {} dropped", name, fixed.codePage, repair.kept,
-                  repair.count(Fate::kMended), repair.count(Fate::kDropped));
+  std::string out = fmt::format("{}: {}, {} kept, {} mended, {} dropped", name, fixed.codePage,
+                                countText(repair.kept, "line"), repair.count(Fate::kMended),
+                                repair.count(Fate::kDropped));
   if (const std::size_t left = repair.count(Fate::kLeft); left != 0)
     out += fmt::format(", {} left as they play (--thorough mends them)", left);
   if (fixed.retiming && fixed.retiming->frames != 0)

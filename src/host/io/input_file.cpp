@@ -16,7 +16,9 @@ namespace Ombe {
 namespace fs = std::filesystem;
 
 InputFile::InputFile(const std::string& name) : name_(name), path_(name) {
-  if (name == "-") {
+  if (name.empty()) {
+    throw Failure(Step::kRead, "an empty name names no file");
+  } else if (name == "-") {
     name_ = "standard input";
     makeTemporary([](int file) { return copyBytes(STDIN_FILENO, file); });
   } else if (const fs::path path = fs::absolute(name); !isUtf8(path.native())) {
@@ -43,7 +45,8 @@ void InputFile::makeTemporary(const Fill& fill) {
   const int error = descriptor_ < 0 ? errno : fill(descriptor_);
   if (error == 0) return nameDescriptor(name_ + ".sub");
   if (descriptor_ >= 0) ::close(descriptor_);
-  throw Failure(name_, Step::kRead, "cannot be copied: " + std::generic_category().message(error));
+  throw Failure(name_, Step::kRead,
+                "cannot be copied to a temporary file: " + std::generic_category().message(error));
 }
 
 void InputFile::nameDescriptor(const std::string& name) {

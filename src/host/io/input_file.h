@@ -13,7 +13,7 @@ namespace Ombe {
 /// opened here.
 class InputFile {
  public:
-  /// Throws Failure when standard input cannot be copied.
+  /// Throws Failure when standard input cannot be copied, or the name is empty.
   explicit InputFile(const std::string& name);
   /// A temporary file of that content. Throws Failure.
   static InputFile holding(std::string_view content);

@@ -41,6 +41,7 @@ class FolderSearch {
       folders_.pop_back();
       search(next);
     }
+    if (found_.empty()) add(Kind::kSkipped, folder_, "holds no file that ends in .sub or .txt");
     std::sort(found_.begin(), found_.end(), [](const NamedSource& left, const NamedSource& right) {
       return left.path < right.path;
     });
@@ -68,6 +69,9 @@ class FolderSearch {
     const std::string extension = entry.path().extension().string();
     const std::string plain = lowered(extension);
     if (plain != ".sub" && plain != ".txt") return;
+    std::error_code error;
+    static_cast<void>(entry.status(error));  // of what a link leads to
+    if (error) return add(Kind::kUnreadable, entry.path(), "cannot be read: " + error.message());
     const std::string reason = obstacle(entry, extension);
     add(reason.empty() ? Kind::kFound : Kind::kSkipped, entry.path(), reason);
   }

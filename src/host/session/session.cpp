@@ -52,14 +52,10 @@ bool Session::probe(const std::string& file) {
 
 void Session::open(const std::string& file) {
   if (!probe(file)) {
-    throw Failure(file, Step::kProbe,
-                  "not recognised: its first line does not read {first}{last}text");
+    throw Failure(file, Step::kProbe, "not recognised");
   }
   if (!ask(file, [&](const MediaSource& source) { return container_->open(source) == kSuccess; })) {
-    throw Failure(
-        file, Step::kOpen,
-        "could not be opened: its name must end in .sub or .txt, and every line must read "
-        "{first}{last}text");
+    throw Failure(file, Step::kOpen, "could not be opened");
   }
   opened_ = true;
   file_ = file;

@@ -75,4 +75,8 @@ std::optional<Ratio> parseFrameRate(std::string_view text) {
                    parseNumber("1" + std::string(second.size(), '0')));
 }
 
+std::string countText(std::uint64_t count, const std::string& word) {
+  return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
+}
+
 }  // namespace Ombe

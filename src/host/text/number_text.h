@@ -58,4 +58,7 @@ std::optional<Ratio> parseFrameRate(std::string_view text);
 
 inline double perSecond(Ratio rate) { return double{rate.numerator * 1.0} / rate.denominator; }
 
+/// "1 line", "2 lines".
+std::string countText(std::uint64_t count, const std::string& word);
+
 }  // namespace Ombe

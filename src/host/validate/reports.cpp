@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/text/number_text.h"
 #include "host/text/visible_text.h"
 #include "host/validate/validation.h"
 
@@ -71,8 +72,8 @@ std::string textOf(const Judgement& judgement, bool colored) {
 std::string summaryOf(const Validation& validation) {
   const std::size_t missing = validation.count(Outcome::kNeedsSample);
   std::string out = fmt::format(
-      "{}: {} checks: {} passed, {} failed, {} not offered", visibleLine(validation.subject.plugin),
-      validation.judgements.size(), validation.count(Outcome::kPassed),
+      "{}: {}: {} passed, {} failed, {} not offered", visibleLine(validation.subject.plugin),
+      countText(validation.judgements.size(), "check"), validation.count(Outcome::kPassed),
       validation.count(Outcome::kFailed), validation.count(Outcome::kNotOffered));
   if (missing != 0) {
     out += fmt::format(", {} need a file of its format (--sample)", missing);
