@@ -16,9 +16,8 @@ namespace Ombe {
 namespace fs = std::filesystem;
 
 InputFile::InputFile(const std::string& name) : name_(name), path_(name) {
-  if (name.empty()) {
-    throw Failure(Step::kRead, "an empty name names no file");
-  } else if (name == "-") {
+  if (name.empty()) throw Failure(Step::kRead, "an empty name names no file");
+  if (name == "-") {
     name_ = "standard input";
     makeTemporary([](int file) { return copyBytes(STDIN_FILENO, file); });
   } else if (const fs::path path = fs::absolute(name); !isUtf8(path.native())) {

@@ -77,8 +77,6 @@ int failSync(int file) OMBE_INSTEAD_OF("fsync");
 int failRename(const char* from, const char* to) OMBE_INSTEAD_OF("rename");
 int failLink(int, const char*, int, const char*, int) OMBE_INSTEAD_OF("linkat");
 int failClose(int file) OMBE_INSTEAD_OF("close");
-void* failMap(void*, std::size_t, int, int, int, off_t) OMBE_INSTEAD_OF("mmap");
-void* failMap64(void*, std::size_t, int, int, int, off64_t) OMBE_INSTEAD_OF("mmap64");
 int failThread(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*)
     OMBE_INSTEAD_OF("pthread_create");
 
@@ -123,14 +121,6 @@ int failClose(int file) {
   const int result = really<int>("close", file);
   if (fails) errno = error;
   return fails ? -1 : result;
-}
-void* failMap(void* at, std::size_t size, int protection, int flags, int file, off_t offset) {
-  return strikes("mmap") ? reinterpret_cast<void*>(-1)
-                         : really<void*>("mmap", at, size, protection, flags, file, offset);
-}
-void* failMap64(void* at, std::size_t size, int protection, int flags, int file, off64_t offset) {
-  return strikes("mmap") ? reinterpret_cast<void*>(-1)
-                         : really<void*>("mmap64", at, size, protection, flags, file, offset);
 }
 int failThread(pthread_t* thread, const pthread_attr_t* kind, void* (*run)(void*), void* with) {
   return strikes("clone") ? errno : really<int>("pthread_create", thread, kind, run, with);
