@@ -99,9 +99,11 @@ std::string pluginsBesideProgram() {
   return (program.parent_path() / OMBE_PLUGINS_FROM_PROGRAM).lexically_normal();
 }
 
-std::vector<Option> withSourceOptions(std::vector<Option> own, SessionOptions& session) {
+namespace {
+
+std::vector<Option> sessionOptions(SessionOptions& session) {
   const auto showLog = [](const std::string& /*none*/) { return logToStandardError(), true; };
-  std::vector<Option> shared = {
+  return {
       {.names = {"--frame-rate"},
        .value = "N[/D]",
        .purpose = "Frames per second of the video",
@@ -136,6 +138,12 @@ std::vector<Option> withSourceOptions(std::vector<Option> own, SessionOptions& s
        .isRare = true,
        .set = showLog},
   };
+}
+
+}  // namespace
+
+std::vector<Option> withSourceOptions(std::vector<Option> own, SessionOptions& session) {
+  std::vector<Option> shared = sessionOptions(session);
   for (Option& option : shared) option.isShared = true;
   session.pluginFolder = pluginsBesideProgram();
   own.insert(own.end(), shared.begin(), shared.end());
