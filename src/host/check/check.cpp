@@ -95,6 +95,7 @@ Failure explained(const Failure& failure, const InputFile& input, const SessionO
   CheckReport report;
   report.findings = Findings(1);  // of each kind
   check(input, options, report);
+  if (!report.findings.has(Severity::kError)) return failure;  // the file has changed since
   report.findings.sort();
   return {input.name(), failure.step(),
           (failure.step() == Step::kProbe ? "not recognised: " : "could not be opened: ") +

@@ -15,11 +15,6 @@ bool holdsUnused(std::string_view text) {
   return false;
 }
 
-bool isAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(),
-                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 }  // namespace
 
 TextCheck::TextCheck(const std::string& codePage, Findings& findings)

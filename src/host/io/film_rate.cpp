@@ -14,11 +14,11 @@ namespace {
 
 /// A rate that films can have; nothing for any other text.
 std::optional<Ratio> usableRate(std::string_view text) {
-  constexpr std::uint32_t kMostPart = 1U << 31;  // for a header, whose parts have a sign
-  constexpr std::uint32_t kMost = 1000;          // frames a second
+  constexpr std::uint32_t kPartEnd = 1U << 31;  // for a header, whose parts have a sign
+  constexpr std::uint32_t kRateEnd = 1000;      // frames a second
   const auto rate = parseFrameRate(text);
   if (!rate || rate->denominator == 0 || rate->numerator < rate->denominator ||
-      rate->numerator >= kMostPart || rate->numerator / rate->denominator >= kMost)
+      rate->numerator >= kPartEnd || rate->numerator / rate->denominator >= kRateEnd)
     return std::nullopt;
   return rate;
 }

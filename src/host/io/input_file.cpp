@@ -44,8 +44,7 @@ void InputFile::makeTemporary(const Fill& fill) {
   const int error = descriptor_ < 0 ? errno : fill(descriptor_);
   if (error == 0) return nameDescriptor(name_ + ".sub");
   if (descriptor_ >= 0) ::close(descriptor_);
-  throw Failure(name_, Step::kRead,
-                "cannot be copied to a temporary file: " + std::generic_category().message(error));
+  throw Failure(name_, Step::kRead, "cannot be copied: " + std::generic_category().message(error));
 }
 
 void InputFile::nameDescriptor(const std::string& name) {

@@ -3,21 +3,10 @@
 #include <algorithm>
 
 #include "host/text/garbled_texts.h"
+#include "host/text/number_text.h"
 #include "host/text/utf8_scan.h"
 
 namespace Ombe {
-namespace {
-
-bool isAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(),
-                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-std::string inLines(std::size_t count) {
-  return std::to_string(count) + (count == 1 ? " line" : " lines");
-}
-
-}  // namespace
 
 CodePageChoice chooseCodePage(std::string_view bytes) {
   using Ground = CodePageChoice::Ground;
@@ -46,9 +35,9 @@ std::string describe(const CodePageChoice& choice) {
     case CodePageChoice::Ground::kSignature:
       return choice.codePage + ", by its signature";
     case CodePageChoice::Ground::kUtf8:
-      return choice.lines == 0 ? "UTF-8" : "UTF-8, except for " + inLines(choice.lines);
+      return choice.lines == 0 ? "UTF-8" : "UTF-8, except for " + countText(choice.lines, "line");
     case CodePageChoice::Ground::kGuess:
-      return choice.codePage + ", guessed from " + inLines(choice.lines);
+      return choice.codePage + ", guessed from " + countText(choice.lines, "line");
     case CodePageChoice::Ground::kNone:
       return "no UTF-8, and no code page is likely";
   }

@@ -2,6 +2,8 @@
 
 #include <unicode/utf8.h>
 
+#include <algorithm>
+
 namespace Ombe {
 
 Utf8Piece nextUtf8Piece(std::string_view text) {
@@ -19,6 +21,11 @@ bool isUtf8(std::string_view text) {
     text.remove_prefix(piece.length);
   }
   return true;
+}
+
+bool isAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 }  // namespace Ombe

@@ -19,5 +19,6 @@ struct Utf8Piece {
 Utf8Piece nextUtf8Piece(std::string_view text);
 
 bool isUtf8(std::string_view text);
+bool isAscii(std::string_view text);
 
 }  // namespace Ombe
