@@ -5,10 +5,14 @@
 # system, but nothing of the command line, and may neither end the process nor handle its signals.
 set -eu
 nm=$1 library=$2 engine=$3
-undefined=$("$nm" -C --undefined-only --format=just-symbols "$library" | sort -u)
+# LLVM's nm leaves what has a version as it is and knows no option that drops versions.
+names() {
+  "$nm" --format=just-symbols "$@" | sed 's/@.*//' | c++filt
+}
+undefined=$(names --undefined-only "$library" | sort -u)
 defined=$({
-  "$nm" -C --defined-only --format=just-symbols "$library"
-  "$nm" -DC --defined-only --without-symbol-versions --format=just-symbols "$engine"
+  names --defined-only "$library"
+  names -D --defined-only "$engine"
 } | sort -u)
 failures=0
 known=$(mktemp)
