@@ -24,147 +24,115 @@ struct InfoOptions {
   SessionOptions session;
 };
 
-struct StreamDescription {
-  UID uid;
-  std::string name;
-  std::string language;
-  std::string region;
-  std::string format;
-  bool selected;
-};
-
-struct FileInfo {
-  UID program;
-  std::string programName;
-  std::vector<StreamDescription> streams;
-  std::optional<std::uint64_t> size;  ///< bytes
-  std::optional<Ratio> frameRate;     ///< settings, as they stand after opening
-  std::string fileRate;               ///< what holds where none is set, if it is known
-  std::optional<std::string> codePage;
-  std::optional<bool> autodetected;
-  std::uint64_t subtitles = 0;
-  std::optional<std::uint32_t> firstTime;  ///< start of the first delivered, milliseconds
-  std::optional<std::uint32_t> lastTime;   ///< end of the last delivered, milliseconds
-};
-
 template <typename T>
 std::string text(const kelm_string<T>& string) {
   return std::string(view(string));
 }
 
-StreamDescription describeStream(StreamInterface& stream) {
+Json describeStream(StreamInterface& stream, bool isSelected) {
   ByteString name;
   String language;
   String region;
   stream.getStreamInfo(&name, &language, &region);
-  StreamDescription result{stream.streamUID(), text(name), text(language), text(region), {}, false};
-  if (const FormatRequirement* format = stream.getFormat(); format != nullptr) {
-    result.format.assign(format->name, ::strnlen(format->name, sizeof format->name));
-  }
-  return result;
+  const FormatRequirement* format = stream.getFormat();
+  const std::size_t length = format == nullptr ? 0 : ::strnlen(format->name, sizeof format->name);
+  return {{"uid", stream.streamUID()},
+          {"name", text(name)},
+          {"language", text(language)},
+          {"region", text(region)},
+          {"format", length == 0 ? std::string() : std::string(format->name, length)},
+          {"selected", isSelected}};
 }
 
-void describeSettings(HostController& settings, FileInfo& info) {
+/// As they stand after opening; null for one that is not set.
+Json describeSettings(HostController& settings) {
+  Json rate, codePage, autodetected;
   SettingValue value;
-  if (settings.getValue(frameRateSetting(), value)) info.frameRate = value.asRatio();
-  if (settings.getValue(codePageSetting(), value) && value.asString() != nullptr) {
-    info.codePage = text(*value.asString());
+  if (settings.getValue(frameRateSetting(), value)) {
+    if (const auto set = value.asRatio())
+      rate = {{"numerator", set->numerator}, {"denominator", set->denominator}};
   }
-  if (settings.getValue(autodetectedSetting(), value)) info.autodetected = value.asBoolean();
+  if (settings.getValue(codePageSetting(), value) && value.asString() != nullptr) {
+    codePage = text(*value.asString());
+  }
+  if (settings.getValue(autodetectedSetting(), value)) {
+    if (const auto set = value.asBoolean()) autodetected = *set;
+  }
+  return {{"frameRate", rate}, {"codePage", codePage}, {"autodetected", autodetected}};
 }
 
-/// Reads the open source of the session to its end.
-FileInfo describeFile(Session& session) {
-  FileInfo info{};
-  ContainerInterface& container = session.container();
-  const UIDList programs = container.getProgramUIDs();
-  info.program = programs.head()->value;
-  info.programName = text(container.getProgramName(info.program));
-  for (const auto& [uid, stream] : session.host().streams()) {
-    info.streams.push_back(describeStream(*stream));
-    info.streams.back().selected = stream.get() == &session.stream();
-  }
-  std::uint64_t size = 0;
-  if (container.getFileSize(&size) == kSuccess) info.size = size;
-  describeSettings(session.controller(), info);
+/// Reads to the end. Start of the first delivered and end of the last, milliseconds.
+Json describeSubtitles(Session& session) {
   const auto offset = static_cast<std::int32_t>(session.host().getTimeOffset());
-  session.readToEnd([&info, offset](const Chunk& chunk) {
+  std::uint64_t count = 0;
+  Json first, last;
+  session.readToEnd([&](const Chunk& chunk) {
     const auto subtitle = timedSubtitle(chunk, offset);
     if (!subtitle) return;
-    ++info.subtitles;
-    if (!info.firstTime) info.firstTime = subtitle->timestamp;
-    info.lastTime = subtitle->end();
+    if (count++ == 0) first = subtitle->timestamp;
+    last = subtitle->end();
   });
-  return info;
+  return {{"count", count}, {"first", first}, {"last", last}};
 }
 
-template <typename T>
-Json orNull(const std::optional<T>& value) {
-  return value ? Json(*value) : Json(nullptr);
-}
-
-Json toJson(const FileInfo& info) {
+/// The open source of the session, which it reads to its end.
+Json describeFile(Session& session) {
+  ContainerInterface& container = session.container();
+  const UID program = container.getProgramUIDs().head()->value;
   Json streams = Json::array();
-  for (const StreamDescription& stream : info.streams) {
-    streams.push_back({{"uid", stream.uid},
-                       {"name", stream.name},
-                       {"language", stream.language},
-                       {"region", stream.region},
-                       {"format", stream.format},
-                       {"selected", stream.selected}});
+  for (const auto& [uid, stream] : session.host().streams()) {
+    streams.push_back(describeStream(*stream, stream.get() == &session.stream()));
   }
-  Json rate(nullptr);
-  if (info.frameRate) {
-    rate = {{"numerator", info.frameRate->numerator}, {"denominator", info.frameRate->denominator}};
-  }
-  return {{"size", orNull(info.size)},
-          {"program", {{"uid", info.program}, {"name", info.programName}}},
-          {"streams", streams},
-          {"settings",
-           {{"frameRate", rate},
-            {"codePage", orNull(info.codePage)},
-            {"autodetected", orNull(info.autodetected)}}},
-          {"subtitles",
-           {{"count", info.subtitles},
-            {"first", orNull(info.firstTime)},
-            {"last", orNull(info.lastTime)}}}};
+  std::uint64_t size = 0;
+  const bool hasSize = container.getFileSize(&size) == kSuccess;
+  return {{"size", hasSize ? Json(size) : Json(nullptr)},
+          {"program", {{"uid", program}, {"name", text(container.getProgramName(program))}}},
+          {"streams", std::move(streams)},
+          {"settings", describeSettings(session.controller())},
+          {"subtitles", describeSubtitles(session)}};
 }
 
 std::string orNone(const std::string& text) { return text.empty() ? "none" : text; }
 
-std::string timeText(const std::optional<std::uint32_t>& time) {
-  if (!time) return "none";
+std::string timeText(const Json& time) {
+  if (time.is_null()) return "none";
   std::string text;
-  appendTimecode(text, *time, '.');
-  return fmt::format("{} ({} ms)", text, *time);
+  appendTimecode(text, time.get<std::uint32_t>(), '.');
+  return fmt::format("{} ({} ms)", text, time.dump());
 }
 
-void appendText(std::string& out, const FileInfo& info) {
-  appendRow(out, "size", info.size ? fmt::format("{} bytes", *info.size) : "unknown");
-  appendRow(out, "program", fmt::format("{} (name: {})", info.program, orNone(info.programName)));
-  for (const StreamDescription& stream : info.streams) {
-    const std::string language =
-        stream.region.empty() ? stream.language : stream.language + "-" + stream.region;
+/// The frame rate of the file itself is what holds where none is set; empty where it is not known.
+void appendText(std::string& out, const Json& info, const std::string& fileRate) {
+  const Json &size = info["size"], &program = info["program"], &settings = info["settings"];
+  appendRow(out, "size", size.is_null() ? "unknown" : size.dump() + " bytes");
+  appendRow(out, "program",
+            fmt::format("{} (name: {})", program["uid"].dump(), orNone(program["name"])));
+  for (const Json& stream : info["streams"]) {
+    std::string language = stream["language"];
+    if (const std::string region = stream["region"]; !region.empty()) language += "-" + region;
     appendRow(out, "stream",
-              fmt::format("{} (name: {}, language: {}, format: {}{})", stream.uid, stream.name,
-                          orNone(language), stream.format, stream.selected ? ", selected" : ""));
+              fmt::format("{} (name: {}, language: {}, format: {}{})", stream["uid"].dump(),
+                          stream["name"].get<std::string>(), orNone(language),
+                          stream["format"].get<std::string>(),
+                          stream["selected"].get<bool>() ? ", selected" : ""));
   }
-  const auto& rate = info.frameRate;
+  const Json &rate = settings["frameRate"], &codePage = settings["codePage"];
+  const Json& autodetected = settings["autodetected"];
   appendRow(out, "frame rate",
-            rate ? fmt::format("{}/{}", rate->numerator, rate->denominator)
-                 : "not set" + (info.fileRate.empty() ? "" : "; " + info.fileRate));
-  appendRow(out, "code page", info.codePage.value_or("not set"));
+            rate.is_null() ? "not set" + (fileRate.empty() ? "" : "; " + fileRate)
+                           : rate["numerator"].dump() + "/" + rate["denominator"].dump());
+  appendRow(out, "code page", codePage.is_null() ? "not set" : codePage.get<std::string>());
   appendRow(out, "autodetected",
-            info.autodetected ? (*info.autodetected ? "yes" : "no") : "not set");
-  appendRow(out, "subtitles", fmt::format("{}", info.subtitles));
-  appendRow(out, "first time", timeText(info.firstTime));
-  appendRow(out, "last time", timeText(info.lastTime));
+            autodetected.is_null() ? "not set" : (autodetected.get<bool>() ? "yes" : "no"));
+  appendRow(out, "subtitles", info["subtitles"]["count"].dump());
+  appendRow(out, "first time", timeText(info["subtitles"]["first"]));
+  appendRow(out, "last time", timeText(info["subtitles"]["last"]));
 }
 
-void writeText(const std::string& file, const FileInfo& info, const PluginDescription& plugin) {
+void writeText(const Json& info, const std::string& fileRate, const PluginDescription& plugin) {
   std::string out;
-  appendRow(out, "file", file);
-  appendText(out, info);
+  appendRow(out, "file", info["file"]);
+  appendText(out, info, fileRate);
   appendText(out, plugin);
   writeOutput("-", std::move(out));
 }
@@ -176,14 +144,14 @@ ExitCode info(const InfoOptions& options) {
     Session session(options.session);
     const PluginDescription plugin = describePlugin(session.library().path(), session.plugin());
     document["plugin"] = toJson(plugin);
-    const FileInfo info = asNamed(input, [&] {
+    std::string ownRate;
+    document.update(asNamed(input, [&] {
       openExplained(session, input, options.session);
-      FileInfo found = describeFile(session);
-      if (const auto rate = fileRate(session, input.path())) found.fileRate = rateText(*rate);
+      Json found = describeFile(session);
+      if (const auto rate = fileRate(session, input.path())) ownRate = rateText(*rate);
       return found;
-    });
-    document.update(toJson(info));
-    if (!options.json) writeText(input.name(), info, plugin);
+    }));
+    if (!options.json) writeText(document, ownRate, plugin);
   });
   return ExitCode::kDone;
 }
