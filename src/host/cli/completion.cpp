@@ -1,4 +1,4 @@
-#include "host/cli/completion.h"
+#include "host/cli/descriptions.h"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-#include "host/cli/man_page.h"
+#include "host/cli/descriptions.h"
 
 #include <fmt/format.h>
 

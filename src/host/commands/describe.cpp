@@ -1,7 +1,6 @@
 // Commands that describe the command line itself.
 #include "host/cli/command.h"
-#include "host/cli/completion.h"
-#include "host/cli/man_page.h"
+#include "host/cli/descriptions.h"
 #include "host/io/output_file.h"
 
 namespace Ombe {
