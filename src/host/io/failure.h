@@ -1,6 +1,8 @@
 // What keeps a source from being played, or an output from being written.
 #pragma once
 
+#include <cstddef>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 
@@ -20,7 +22,12 @@ enum class Step {
 };
 
 /// A word for programs.
-const char* stepName(Step step);
+inline const char* stepName(Step step) {
+  constexpr const char* kNames[] = {"load", "load",     "read",    "convert", "probe",
+                                    "open", "activate", "deliver", "write"};
+  static_assert(std::size(kNames) == static_cast<std::size_t>(Step::kWrite) + 1);
+  return kNames[static_cast<std::size_t>(step)];
+}
 
 /// Thrown where there is no going on. Names no options and ends no process: what to advise is for
 /// whoever catches it to know.
