@@ -1,6 +1,6 @@
-#include "host/cli/descriptions.h"
-
 #include <fmt/format.h>
+
+#include "host/cli/descriptions.h"
 
 namespace Ombe {
 namespace {

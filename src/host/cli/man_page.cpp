@@ -1,9 +1,9 @@
-#include "host/cli/descriptions.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <string_view>
+
+#include "host/cli/descriptions.h"
 
 namespace Ombe {
 namespace {
