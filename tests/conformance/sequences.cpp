@@ -1,11 +1,7 @@
 // What the built plug-in calls on its host and controller, and in which order.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "support/fakes.h"
-#include "support/paths.h"
 
 namespace ombe_test {
 namespace {
@@ -71,10 +67,7 @@ TEST(Calls, AreThoseOfEachOperationInOrder) {
   engine.controller.changeCodePage("UTF8");
   EXPECT_EQ(after(stream.seekStream(0, nullptr, true)), "0");
   EXPECT_EQ(after(stream.setReadSpeed(-1)), "1");
-  // Hangs when the container waits for the controller with its lock held.
-  engine.host.callBack = [&](auto&) { std::thread([&] { stream.resetStream(); }).join(); };
   EXPECT_EQ(after(container.deactivate(true)), "0, unregister");
-  engine.host.callBack = nullptr;
   EXPECT_EQ(after(container.deactivate(false)), "0, unregister, withdraw 5, withdraw 9");
   EXPECT_EQ(after(container.deactivate(false)), "0, unregister");
   EXPECT_EQ(after(container.activateProgram(1)), "0, register, preferredLanguage");
@@ -96,22 +89,6 @@ TEST(Calls, WithdrawAStreamBeforeAnotherTakesItsIdentifier) {
   EXPECT_EQ(engine.after(engine.activate()), "0, preferredLanguage, announce 1, withdraw 1");
 }
 
-TEST(Component, ThatIsDestroyedCallsNobody) {
-  Watched engine;
-  {
-    const Component component(&engine.context);
-    component.control->setSubtitleController(&engine.controller);
-    component.container->attach(&engine.host, 1);
-    const TempFile noEntries("{1}{1}25\n");
-    component.container->open(Ombe::MediaSource(Ombe::toByteString(noEntries.uri())));
-    component.container->activateProgram(component.container->getProgramUIDs().head()->value);
-    engine.after(0);
-  }
-  EXPECT_EQ(engine.after(0), "0");
-  engine.host.streams.clear();
-  engine.controller.consumers.clear();
-}
-
 TEST(Calls, EndWhenTheHostIsTakenAway) {
   Watched engine;
   engine.component.container->attach(&engine.host, 77);
@@ -127,43 +104,6 @@ TEST(Calls, EndWhenTheHostIsTakenAway) {
   EXPECT_EQ(engine.after(engine.component.container->deactivate(false)), "0");
   EXPECT_EQ(readOne(stream), "end");
   engine.host.streams.clear();
-}
-
-struct CountingAllocator : Ombe::StandardAllocator<char> {
-  char* allocate(std::uint32_t count) override {
-    return ++live, StandardAllocator::allocate(count);
-  }
-  void deallocate(char* block) override {
-    live -= block != nullptr ? 1 : 0;
-    StandardAllocator::deallocate(block);
-  }
-  int live = 0;
-};
-
-TEST(Component, KeepsNothingOfTheHostsAllocator) {
-  CountingAllocator allocator;
-  Watched engine;
-  engine.host.languageAllocator = &allocator;
-  engine.host.language = "de-AT";
-  engine.component.container->attach(&engine.host, 77);
-  engine.activate();
-  EXPECT_EQ(allocator.live, 0);
-}
-
-// A module stays loaded, so a copy is loaded each time.
-TEST(Module, MayBeLoadedAndClosedAgainAndAgain) {
-  const TempFile copy("");
-  for (const char* name : {".1", ".2", ".1"}) {
-    const std::string path = copy.path() + name;
-    std::filesystem::copy_file(OMBE_PLUGIN, path, std::filesystem::copy_options::skip_existing);
-    void* module = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(module, nullptr) << ::dlerror();
-    const auto enter = reinterpret_cast<Ombe::EntryPoint>(::dlsym(module, Ombe::kEntryPointName));
-    Ombe::Plugin* plugin = nullptr;
-    EXPECT_EQ(enter(nullptr, &plugin), Ombe::kSuccess);
-    EXPECT_EQ(plugin->release(), 0);
-    EXPECT_EQ(::dlclose(module), 0);
-  }
 }
 
 }  // namespace

@@ -81,12 +81,10 @@ struct FakeContext : Ombe::PluginContext {
   bool supportsFormat(Ombe::String formatName) override {
     const FaultPause pause;
     asked.emplace_back(view(formatName));
-    if (callBack) callBack();
     return answer;
   }
   bool answer = true;
   std::vector<std::string> asked;
-  std::function<void()> callBack;
 };
 
 /// Owns announced streams until they are withdrawn. Fails the test on a call that has no place: on
@@ -102,7 +100,6 @@ class FakeHost : public Ombe::ContainerHost {
     const FaultPause pause;
     settings.set(setting, value);
     told("setValue " + pathOf(setting));
-    if (stored) stored(setting, value);
   }
   Ombe::UID newUID() override {
     const FaultPause pause;
@@ -113,7 +110,7 @@ class FakeHost : public Ombe::ContainerHost {
   Ombe::String preferredLanguage() override {
     const FaultPause pause;
     told("preferredLanguage");
-    return {language.c_str(), static_cast<std::uint32_t>(language.size()), *languageAllocator};
+    return {language.c_str(), static_cast<std::uint32_t>(language.size())};
   }
   double getTimeOffset() override {
     const FaultPause pause;
@@ -141,12 +138,7 @@ class FakeHost : public Ombe::ContainerHost {
   bool logsQueries = false;  // settings and offset, which are asked for often
   Ombe::UID nextUID = 1;
   std::string language;
-  Ombe::StandardAllocator<char>* languageAllocator =
-      &Ombe::StandardAllocator<char>::defaultInstance();
-  std::function<void(const Ombe::Setting&, const Ombe::SettingValue&)> stored;
   std::map<Ombe::UID, std::unique_ptr<Ombe::StreamInterface>> streams;
-  bool keepsWithdrawn = false;
-  std::vector<std::unique_ptr<Ombe::StreamInterface>> withdrawn;
   std::function<void(const std::string& call)> callBack;  // from within each call
 
  private:
@@ -201,12 +193,8 @@ class FakeController : public Ombe::SubtitleController {
 };
 
 struct FakeClock : Ombe::TimeSource {
-  std::int32_t currentTime() override {
-    if (callBack) callBack();
-    return now;
-  }
+  std::int32_t currentTime() override { return now; }
   std::atomic<std::int32_t> now{0};
-  std::function<void()> callBack;
 };
 
 /// The built plug-in's, which stays loaded, as it does in the engine.

@@ -14,8 +14,8 @@ namespace {
 class Within {
  public:
   template <typename Act>
-  Within(WatchedHost& host, std::string beginning, Act act) : host_(host) {
-    host_.comingBack = [this, beginning = std::move(beginning), act](const std::string& call) {
+  Within(CallRecord& record, std::string beginning, Act act) : record_(record) {
+    record_.comingBack = [this, beginning = std::move(beginning), act](const std::string& call) {
       if (wasCalled_ || !call.starts_with(beginning)) return;
       wasCalled_ = true;
       act();
@@ -23,18 +23,18 @@ class Within {
   }
   Within(const Within&) = delete;
   Within& operator=(const Within&) = delete;
-  ~Within() { host_.comingBack = nullptr; }
+  ~Within() { record_.comingBack = nullptr; }
   [[nodiscard]] bool wasCalled() const { return wasCalled_; }
 
  private:
-  WatchedHost& host_;
+  CallRecord& record_;
   bool wasCalled_ = false;
 };
 
 void readsWhenAnnounced(Playing& playing) {
   const auto entries = readAll(playing.stream);
   std::vector<std::string> within;
-  const Within call(playing.host, "announceStream", [&] {
+  const Within call(playing.record, "announceStream", [&] {
     playing.stream.resetStream();
     within = readAll(playing.stream);
   });
@@ -44,7 +44,7 @@ void readsWhenAnnounced(Playing& playing) {
 
 void activatesWhenSelected(Playing& playing) {
   Status within = -77;
-  const Within call(playing.host, "selectStream", [&] { within = playing.activate(); });
+  const Within call(playing.record, "selectStream", [&] { within = playing.activate(); });
   expectSame("activateProgram", kSuccess, playing.activate());
   expectSame("activateProgram from within selectStream", kSuccess, within);
   expect(playing.record.foul().empty(), playing.record.foul());
@@ -52,7 +52,7 @@ void activatesWhenSelected(Playing& playing) {
 
 void deactivatesWhenSelected(Playing& playing) {
   playing.host.keepsWithdrawn = true;
-  const Within call(playing.host, "selectStream", [&] { playing.container().deactivate(false); });
+  const Within call(playing.record, "selectStream", [&] { playing.container().deactivate(false); });
   static_cast<void>(playing.activate());
   expect(playing.host.streams.empty(),
          "deactivate from within selectStream left streams announced");
@@ -60,7 +60,8 @@ void deactivatesWhenSelected(Playing& playing) {
 }
 
 void deactivatesWhenWithdrawn(Playing& playing) {
-  const Within call(playing.host, "withdrawStream", [&] { playing.container().deactivate(false); });
+  const Within call(playing.record, "withdrawStream",
+                    [&] { playing.container().deactivate(false); });
   expectSame("deactivate", kSuccess, playing.container().deactivate(false));
   expect(playing.host.streams.empty(), "streams are left");
   expect(playing.record.foul().empty(), playing.record.foul());
@@ -69,7 +70,7 @@ void deactivatesWhenWithdrawn(Playing& playing) {
 void opensWhenWithdrawn(Playing& playing) {
   playing.host.keepsWithdrawn = true;
   Status within = -77;
-  const Within call(playing.host, "withdrawStream", [&] {
+  const Within call(playing.record, "withdrawStream", [&] {
     within = playing.open(sourceUri(playing.sample));
     static_cast<void>(playing.activate());
   });
@@ -80,7 +81,7 @@ void opensWhenWithdrawn(Playing& playing) {
 void seeksWhenAskedForTheOffset(Playing& playing) {
   const auto entries = readAll(playing.stream);
   playing.stream.resetStream();
-  const Within call(playing.host, "getTimeOffset",
+  const Within call(playing.record, "getTimeOffset",
                     [&] { playing.stream.seekStream(0xFFFFFFFFU, nullptr, true); });
   const std::string one = readOne(playing.stream);
   expect(!call.wasCalled() || one == "end" || one == entries.front(),
@@ -89,7 +90,8 @@ void seeksWhenAskedForTheOffset(Playing& playing) {
 
 void deactivatesWhenAskedForTheOffset(Playing& playing) {
   playing.host.keepsWithdrawn = true;
-  const Within call(playing.host, "getTimeOffset", [&] { playing.container().deactivate(false); });
+  const Within call(playing.record, "getTimeOffset",
+                    [&] { playing.container().deactivate(false); });
   readOne(playing.stream);
   expect(!call.wasCalled() || readOne(playing.stream) == "end",
          "a stream released from within getTimeOffset still has entries");
@@ -98,13 +100,13 @@ void deactivatesWhenAskedForTheOffset(Playing& playing) {
 /// On another thread, which waits for good when the container waits with its lock held.
 void deregistersWithoutItsLock(Playing& playing) {
   static_cast<void>(playing.control());
-  playing.controller.leaving = [&] { std::jthread([&] { playing.stream.resetStream(); }); };
+  const Within call(playing.record, "unregisterConsumer",
+                    [&] { std::jthread([&] { playing.stream.resetStream(); }); });
   expectSame("deactivate", kSuccess, playing.container().deactivate(true));
-  playing.controller.leaving = nullptr;
 }
 
 void fetchesUidsWithoutItsLock(Playing& playing) {
-  const Within call(playing.host, "preferredLanguage",
+  const Within call(playing.record, "preferredLanguage",
                     [&] { playing.container().getProgramUIDs(); });
   expectSame("activateProgram", kSuccess, playing.activate());
 }
@@ -128,7 +130,7 @@ void bearsALogThatAsks(Playing& playing) {
 /// Does as a controller that tells another component of it at once.
 void bearsSettingsThatAreTold(Playing& playing) {
   const auto entries = readAll(playing.stream);
-  const Within call(playing.host, "setValue",
+  const Within call(playing.record, "setValue",
                     [&] { std::jthread([&] { playing.stream.readSpeed(); }); });
   expectSame("open", kSuccess, playing.open(sourceUri(playing.sample)));
   static_cast<void>(playing.activate());

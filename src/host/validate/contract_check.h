@@ -57,6 +57,7 @@ std::span<const ContractCheck> settingsChecks();
 std::span<const ContractCheck> allocatorChecks();
 std::span<const ContractCheck> threadsChecks();
 std::span<const ContractCheck> comingBackChecks();
+std::span<const ContractCheck> misuseChecks();
 std::span<const ContractCheck> memoryChecks();
 
 /// In the order in which they are asked.

@@ -124,7 +124,7 @@ void readsOn(Playing& playing) {
 }
 
 void isNotified(Playing& playing) {
-  const auto& consumers = playing.controller.consumers;
+  const auto consumers = playing.controller.consumers();
   if (consumers.empty()) report(Outcome::kNotOffered, "it registers no consumer");
   expectNoGrowth("notifications", [&] {
     String page("windows-1250"), other("UTF-8");

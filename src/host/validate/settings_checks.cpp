@@ -15,8 +15,8 @@ using Attach = WatchedEngine::Attach;
 /// The first that registered; reports when none did.
 SettingConsumer& consumerOf(WatchedEngine& engine) {
   static_cast<void>(engine.control());
-  expect(!engine.controller.consumers.empty(), "the activation registered no consumer");
-  return **engine.controller.consumers.begin();
+  expect(!engine.controller.consumers().empty(), "the activation registered no consumer");
+  return **engine.controller.consumers().begin();
 }
 
 std::ptrdiff_t countOf(const std::vector<std::string>& calls, const char* wanted) {
@@ -26,7 +26,7 @@ std::ptrdiff_t countOf(const std::vector<std::string>& calls, const char* wanted
 void registersOnActivation(Playing& playing) {
   consumerOf(playing);
   expectSame("registered consumers", 1U,
-             static_cast<unsigned>(playing.controller.consumers.size()));
+             static_cast<unsigned>(playing.controller.consumers().size()));
 }
 
 void deregisters(Playing& playing) {
@@ -38,7 +38,7 @@ void deregisters(Playing& playing) {
     expectSame("deactivate", kSuccess, playing.container().deactivate(keeps));
     expect(
         countOf(playing.record.take(), "unregisterConsumer") > 0 &&
-            playing.controller.consumers.empty(),
+            playing.controller.consumers().empty(),
         std::string("deactivate left a consumer registered") + (keeps ? ", keeping streams" : ""));
   }
 }
@@ -75,19 +75,6 @@ void needsNoController(const Subject& subject) {
     expectSame("deactivate", kSuccess, engine.container().deactivate(false));
   }
 }
-
-/// Values of every tag, few of which a setting can have.
-struct OddValues {
-  String none, text{"no such page"};
-  SettingValue values[8] = {SettingValue(),
-                            SettingValue::boolean(true),
-                            SettingValue::ratio({0, 0}),
-                            SettingValue::ratio({1, ~0U}),
-                            SettingValue::ratio({~0U, 1}),
-                            SettingValue::string(nullptr),
-                            SettingValue::string(&none),
-                            SettingValue::string(&text)};
-};
 
 /// Names, and values of tags that do not belong to them.
 void ignoresWhatIsNotIts(Playing& playing) {
@@ -137,15 +124,23 @@ void writesAgain(Playing& playing) {
   static_cast<void>(playing.activate());
 }
 
+/// Whether it was deactivated before, or not: then its streams are left to nobody.
 void isSilentWhenReleased(const Subject& subject) {
-  WatchedEngine engine(subject);
-  engine.container().deactivate(false);
-  engine.record.take();
-  engine.isLetGo = true;
-  engine.plugin.reset();
-  const auto calls = engine.record.take();
-  expect(calls.empty(), "the component called " + (calls.empty() ? "" : calls.front()) +
-                            " while it was destroyed");
+  static auto& left = *new std::vector<StreamInterface*>;
+  for (const bool isActive : {false, true}) {
+    WatchedEngine engine(subject);
+    static_cast<void>(engine.container());
+    for (const std::string& sample : subject.samples) engine.open(sourceUri(sample));
+    static_cast<void>(engine.activate());
+    if (!isActive) engine.container().deactivate(false);
+    engine.record.take();
+    engine.isLetGo = true;
+    engine.plugin.reset();
+    const auto calls = engine.record.take();
+    expect(calls.empty(), "the component called " + (calls.empty() ? "" : calls.front()) +
+                              " while it was destroyed");
+    for (auto& [uid, stream] : engine.host.streams) left.push_back(stream.release());
+  }
 }
 
 constexpr ContractCheck kChecks[] = {

@@ -1,6 +1,6 @@
 // Many threads on one component, and many components.
-#include <atomic>
 #include <barrier>
+#include <functional>
 #include <set>
 #include <thread>
 
@@ -15,125 +15,176 @@ namespace {
 
 constexpr int kThreadCount = 4;
 constexpr int kRounds = 500;
+constexpr int kStride = 3;  // no thread runs further ahead of another
 
-/// Does `work` with the number of the thread on each, all at once.
-template <typename Work>
-void together(int count, const Work& work) {
-  std::barrier start(count);
+using Work = std::function<void(int round)>;
+
+/// Does each of `works` on a thread of its own.
+void together(int rounds, const std::vector<Work>& works) {
+  std::barrier inStep(std::ssize(works));
   std::vector<std::jthread> threads;
-  threads.reserve(static_cast<std::size_t>(count));
-  for (int i = 0; i < count; ++i) {
-    threads.emplace_back([&start, &work, i] {
-      start.arrive_and_wait();
-      work(i);
+  threads.reserve(works.size());
+  for (const Work& work : works) {
+    threads.emplace_back([&inStep, &work, rounds] {
+      for (int round = 0; round < rounds; ++round) {
+        if (round % kStride == 0) inStep.arrive_and_wait();
+        work(round);
+      }
     });
   }
 }
 
-/// Every other thread reads, again and again, while the others do `work` with their round.
-template <typename Work>
-void whileRead(StreamInterface& stream, int threads, int rounds, const Work& work) {
-  together(threads, [&](int number) {
-    for (int round = 0; round < rounds; ++round) {
-      if (number % 2 != 0) {
-        work(round);
-      } else if (readOne(stream) == "end") {
-        stream.resetStream();
-      }
-    }
-  });
+/// Does `work` on several threads.
+void together(int rounds, const Work& work) { together(rounds, std::vector(kThreadCount, work)); }
+
+/// Reads on, and over again from the end.
+Work readingOf(StreamInterface& stream) {
+  return [&](int) {
+    if (readOne(stream) == "end") stream.resetStream();
+  };
 }
 
 /// What one thread may do while others read.
-void disturb(Playing& playing, int kind, int round) {
-  StreamInterface& stream = playing.stream;
-  std::uint32_t found = 0;
-  if (kind == 0) stream.seekStream(static_cast<std::uint32_t>(round * 100), &found, false);
-  if (kind == 1) stream.getNextChunkTime(0, 1500, &found);
-  if (kind == 2) stream.setTimeSource(&playing.clock);
-  if (kind == 3) stream.resetStream();
-  if (kind == 4) stream.setReadSpeed(round % 2 == 0 ? -1000 : 1000);
+Work movingOf(Playing& playing) {
+  return [&](int round) {
+    StreamInterface& stream = playing.stream;
+    std::uint32_t found = 0;
+    switch (round % 5) {
+      case 0:
+        stream.seekStream(static_cast<std::uint32_t>(round * 100), &found, false);
+        break;
+      case 1:
+        stream.getNextChunkTime(0, 1500, &found);
+        break;
+      case 2:
+        stream.setTimeSource(&playing.clock);
+        break;
+      case 3:
+        stream.resetStream();
+        break;
+      default:
+        stream.setReadSpeed(round % 2 == 0 ? -1000 : 1000);
+    }
+  };
+}
+
+/// Tells the consumers as a controller does.
+Work changingOf(Playing& playing) {
+  return [&](int round) {
+    const bool isEven = round % 2 == 0;
+    playing.controller.setValue(frameRateSetting(), SettingValue::ratio({isEven ? 25U : 50U, 1}));
+    playing.controller.setValue(codePageSetting(),
+                                SettingValue::string(new String(isEven ? "UTF-8" : "CP1252")));
+  };
+}
+
+Work activatingOf(Playing& playing) {
+  return [&](int) {
+    expectSame("deactivate that keeps streams", kSuccess, playing.container().deactivate(true));
+    expectSame("activateProgram", kSuccess, playing.activate());
+  };
 }
 
 void readsAndIsMoved(Playing& playing) {
   const auto entries = readAll(playing.stream);
   const std::set<std::string> known(entries.begin(), entries.end());
-  together(kThreadCount, [&](int number) {
-    for (int round = 0; round < kRounds; ++round) {
-      if (number % 2 != 0) {
-        disturb(playing, round % 5, round);
-        continue;
-      }
-      const std::string one = readOne(playing.stream);
-      expect(one == "end" || known.contains(one), "an entry was read that is none: " + one);
-    }
-  });
+  const Work read = [&](int) {
+    const std::string one = readOne(playing.stream);
+    expect(one == "end" || known.contains(one), "an entry was read that is none: " + one);
+  };
+  together(kRounds, {read, read, movingOf(playing), movingOf(playing)});
   playing.stream.setReadSpeed(1000);
   playing.stream.resetStream();
   expect(readAll(playing.stream) == entries, "afterwards other entries are read");
 }
 
+/// Straight, without the controller, whose lock might keep threads apart.
 void isNotified(Playing& playing) {
-  const auto& consumers = playing.controller.consumers;
+  const auto consumers = playing.controller.consumers();
   if (consumers.empty()) report(Outcome::kNotOffered, "it registers no consumer");
   SettingConsumer& consumer = **consumers.begin();
-  String page("UTF-8");
-  const SettingValue values[] = {SettingValue::ratio({25, 1}), SettingValue::ratio({24, 1}),
-                                 SettingValue::string(&page), SettingValue::boolean(false)};
-  whileRead(playing.stream, kThreadCount, kRounds, [&](int round) {
-    consumer.settingChanged(frameRateSetting(), &values[round % 4]);
-    consumer.settingChanged(codePageSetting(), &values[round % 4]);
-  });
+  String page("UTF-8"), other("CP1252");
+  const SettingValue rates[] = {SettingValue::ratio({25, 1}), SettingValue::ratio({50, 1})};
+  const SettingValue pages[] = {SettingValue::string(&page), SettingValue::string(&other)};
+  const Work notify = [&](int round) {
+    consumer.settingChanged(frameRateSetting(), &rates[round % 2]);
+    consumer.settingChanged(codePageSetting(), &pages[round % 2]);
+  };
+  together(kRounds, {readingOf(playing.stream), readingOf(playing.stream), notify, notify});
 }
 
 void isActivatedAgain(Playing& playing) {
-  whileRead(playing.stream, 2, kRounds, [&](int /*round*/) {
-    expectSame("deactivate that keeps streams", kSuccess, playing.container().deactivate(true));
-    expectSame("activateProgram", kSuccess, playing.activate());
-  });
+  together(kRounds, {readingOf(playing.stream), activatingOf(playing), activatingOf(playing)});
 }
 
 void isReleasedWhileRead(Playing& playing) {
   playing.host.keepsWithdrawn = true;
   const std::string uri = sourceUri(playing.sample);
-  whileRead(playing.stream, 2, kRounds / 5, [&](int /*round*/) {
+  const Work release = [&](int) {
     expectSame("deactivate", kSuccess, playing.container().deactivate(false));
     expectSame("open", kSuccess, playing.open(uri));
     expectSame("activateProgram", kSuccess, playing.activate());
-  });
+  };
+  together(kRounds / 5, {readingOf(playing.stream), changingOf(playing), release});
+}
+
+void doesAllAtOnce(Playing& playing) {
+  const auto entries = readAll(playing.stream).size();
+  const Work read = readingOf(playing.stream), change = changingOf(playing);
+  together(kRounds, {read, read, movingOf(playing), change, change, activatingOf(playing),
+                     activatingOf(playing)});
+  playing.stream.setReadSpeed(1000);
+  playing.stream.resetStream();
+  expectSame("the number of entries afterwards", entries, readAll(playing.stream).size());
 }
 
 void playApart(const Subject& subject) {
   requireSamples(subject);
-  const std::string& sample = subject.samples.front();
-  together(kThreadCount, [&](int /*number*/) {
-    for (int round = 0; round < 5; ++round) {
-      WatchedEngine engine(subject);
-      StreamInterface& stream = engine.play(sample);
-      const auto entries = readAll(stream);
-      stream.resetStream();
-      expect(readAll(stream) == entries, "components on several threads read otherwise");
-    }
+  together(5, [&](int) {
+    WatchedEngine engine(subject);
+    StreamInterface& stream = engine.play(subject.samples.front());
+    const auto entries = readAll(stream);
+    stream.resetStream();
+    expect(readAll(stream) == entries, "components on several threads read otherwise");
   });
 }
 
+/// What a component stores reaches the others before the call returns, also while they open.
+void shareAController(const Subject& subject) {
+  requireSamples(subject);
+  WatchedEngine first(subject);
+  WatchedEngine second(subject, WatchedEngine::Attach::kNow, &first.controller);
+  static_cast<void>(first.control());
+  const auto play = [&](WatchedEngine& engine) {
+    static_cast<void>(engine.activate());  // told from here on
+    readOne(engine.play(subject.samples.front()));
+    expectSame("deactivate", kSuccess, engine.container().deactivate(false));
+  };
+  static_cast<void>(first.activate());
+  first.record.comingBack = [&](const std::string& call) {
+    if (!call.starts_with("setValue")) return;
+    first.record.comingBack = nullptr;
+    std::jthread([&] { play(second); });
+  };
+  expectSame("open", kSuccess, first.open(sourceUri(subject.samples.front())));
+  first.record.comingBack = nullptr;
+  first.container().deactivate(false);
+  together(kRounds, {[&](int) { play(first); }, [&](int) { play(second); }});
+}
+
 void areMadeTogether(const Subject& subject) {
-  together(kThreadCount, [&](int /*number*/) {
-    for (int round = 0; round < 50; ++round) {
-      WatchedEngine engine(subject, WatchedEngine::Attach::kLater);
-      engine.isLetGo = true;
-      expectSame("release", 0, engine.plugin.release()->release());
-    }
+  together(50, [&](int) {
+    WatchedEngine engine(subject, WatchedEngine::Attach::kLater);
+    engine.isLetGo = true;
+    expectSame("release", 0, engine.plugin.release()->release());
   });
 }
 
 void countTogether(const Subject& subject) {
   WatchedEngine engine(subject, WatchedEngine::Attach::kLater);
-  together(kThreadCount, [&](int /*number*/) {
-    for (int round = 0; round < 1000; ++round) {
-      engine.plugin->retain();
-      engine.plugin->release();
-    }
+  together(1000, [&](int) {
+    engine.plugin->retain();
+    engine.plugin->release();
   });
   expectSame("holdCount after as many releases as retains", 1, engine.plugin->holdCount());
   engine.isLetGo = true;
@@ -176,6 +227,11 @@ constexpr ContractCheck kChecks[] = {
      isActivatedAgain},
     {"threads.release", kThreads, "streams may be released and opened anew while others read",
      isReleasedWhileRead},
+    {"threads.all-at-once", kThreads,
+     "reads, seeks, changes of settings and activations may all come at once", doesAllAtOnce},
+    {"threads.shared-controller", kSettings,
+     "components may be opened on several threads while one controller tells all of them",
+     shareAController},
     {"threads.components-apart", kThreads, "components on several threads share nothing",
      playApart},
     {"threads.make", kGettingAComponent, "components may be made on several threads at once",

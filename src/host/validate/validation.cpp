@@ -32,7 +32,7 @@ std::vector<ContractCheck> allContractChecks() {
   std::vector<ContractCheck> all;
   for (const auto& group : {loadingChecks(), lookupChecks(), containerChecks(), programChecks(),
                             settingsChecks(), streamChecks(), readingChecks(), allocatorChecks(),
-                            threadsChecks(), comingBackChecks(), memoryChecks()}) {
+                            threadsChecks(), comingBackChecks(), misuseChecks(), memoryChecks()}) {
     all.insert(all.end(), group.begin(), group.end());
   }
   return all;

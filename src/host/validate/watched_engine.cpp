@@ -9,13 +9,16 @@
 
 namespace Ombe {
 
-WatchedEngine::WatchedEngine(const Subject& subject, Attach attach)
-    : library(subject.plugin), plugin(library.create(context)) {
+WatchedEngine::WatchedEngine(const Subject& subject, Attach attach, WatchedController* shared)
+    : library(subject.plugin),
+      host(record, shared == nullptr ? controller : *shared),
+      plugin(library.create(context)) {
   container_ = findInterface<ContainerInterface>(*plugin, kContainerInterfaceId);
   control_ = findInterface<SubtitleControlInterface>(*plugin, kSubtitleControlInterfaceId);
   if (attach == Attach::kLater) return;
   container().attach(&host, kContainerUID);
-  if (control_ != nullptr) control_->setSubtitleController(&controller);
+  if (control_ != nullptr)
+    control_->setSubtitleController(shared == nullptr ? &controller : shared);
 }
 
 WatchedEngine::~WatchedEngine() {

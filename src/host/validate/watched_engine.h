@@ -19,7 +19,9 @@ class WatchedEngine {
  public:
   enum class Attach { kNow, kLater };
 
-  explicit WatchedEngine(const Subject& subject, Attach attach = Attach::kNow);
+  /// Settings are those of `shared`, if there is one.
+  explicit WatchedEngine(const Subject& subject, Attach attach = Attach::kNow,
+                         WatchedController* shared = nullptr);
   WatchedEngine(const WatchedEngine&) = delete;
   WatchedEngine& operator=(const WatchedEngine&) = delete;
   ~WatchedEngine();
@@ -42,8 +44,8 @@ class WatchedEngine {
   WatchedContext context{record};
   SettingTable settings;
   WatchedController controller{record, settings};
-  PlaybackClock clock;
-  WatchedHost host{record, controller};
+  WatchedClock clock{record};
+  WatchedHost host;
   PluginHandle plugin;
   bool isLetGo = false;  ///< the check has deactivated, or never wants to
 

@@ -19,8 +19,15 @@ void requireSubtitles(CallRecord& record, const Setting& setting) {
 }  // namespace
 
 void CallRecord::add(const std::string& call) {
-  const std::lock_guard lock(mutex_);
-  calls_.push_back(call);
+  {
+    const std::lock_guard lock(mutex_);
+    calls_.push_back(call);
+  }
+  comeBack(call);
+}
+
+void CallRecord::comeBack(const std::string& call) const {
+  if (const auto act = comingBack) act(call);  // a copy, since it may disarm itself
 }
 
 void CallRecord::addFoul(const std::string& call) {
@@ -44,45 +51,54 @@ bool WatchedContext::supportsFormat(String formatName) {
 }
 
 bool WatchedController::getValue(const Setting& setting, SettingValue& out) {
+  return ask("controller getValue ", setting, out);
+}
+
+bool WatchedController::ask(const char* call, const Setting& setting, SettingValue& out) {
   requireSubtitles(record_, setting);
-  record_.add("getValue " + pathOf(setting));
-  return real_.getValue(setting, out);
+  const bool isThere = real_.getValue(setting, out);
+  record_.add(call + pathOf(setting));
+  return isThere;
 }
 
 void WatchedController::setValue(const Setting& setting, const SettingValue& value) {
   requireSubtitles(record_, setting);
-  record_.add("setValue " + pathOf(setting));
   real_.setValue(setting, value);
+  record_.add("setValue " + pathOf(setting));
 }
 
 bool WatchedController::registerConsumer(SettingConsumer* consumer) {
-  record_.add("registerConsumer");
   if (consumer == nullptr) record_.addFoul("registerConsumer without a consumer");
-  consumers.insert(consumer);
-  return real_.registerConsumer(consumer);
+  {
+    const std::lock_guard lock(mutex_);
+    consumers_.insert(consumer);
+  }
+  const bool isNew = real_.registerConsumer(consumer);
+  record_.add("registerConsumer");
+  return isNew;
 }
 
 bool WatchedController::unregisterConsumer(SettingConsumer* consumer) {
-  if (leaving) leaving();
+  {
+    const std::lock_guard lock(mutex_);
+    consumers_.erase(consumer);
+  }
+  const bool wasThere = real_.unregisterConsumer(consumer);
   record_.add("unregisterConsumer");
-  consumers.erase(consumer);
-  return real_.unregisterConsumer(consumer);
+  return wasThere;
 }
 
-void WatchedHost::called(const std::string& call) {
-  record_.add(call);
-  if (const auto act = comingBack) act(call);  // a copy, since it may disarm itself
+std::set<SettingConsumer*> WatchedController::consumers() const {
+  const std::lock_guard lock(mutex_);
+  return consumers_;
 }
 
 bool WatchedHost::getValue(const Setting& setting, SettingValue& out) {
-  const bool isThere = controller_.getValue(setting, out);
-  if (const auto act = comingBack) act("getValue");
-  return isThere;
+  return controller_.ask("getValue ", setting, out);
 }
 
 void WatchedHost::setValue(const Setting& setting, const SettingValue& value) {
   controller_.setValue(setting, value);
-  if (const auto act = comingBack) act("setValue");
 }
 
 UID WatchedHost::newUID() {
@@ -92,17 +108,17 @@ UID WatchedHost::newUID() {
     const std::lock_guard lock(mutex_);
     given_.insert(uid);
   }
-  called("newUID");
+  record_.add("newUID");
   return uid;
 }
 
 String WatchedHost::preferredLanguage() {
-  called("preferredLanguage");
+  record_.add("preferredLanguage");
   return {language.c_str(), static_cast<std::uint32_t>(language.size()), *languageAllocator};
 }
 
 double WatchedHost::getTimeOffset() {
-  called("getTimeOffset");
+  record_.comeBack("getTimeOffset");
   return offset;
 }
 
@@ -116,7 +132,7 @@ Status WatchedHost::announceStream(StreamInterface* stream) {
   std::unique_ptr<StreamInterface>& owner = streams[uid];
   if (owner != nullptr && owner.get() != stream) record_.addFoul("announceStream of a UID in use");
   if (owner.get() != stream) owner.reset(stream);
-  called("announceStream " + std::to_string(uid));
+  record_.add("announceStream " + std::to_string(uid));
   return kGeneralFailure;  // plug-ins ignore it
 }
 
@@ -127,7 +143,7 @@ Status WatchedHost::withdrawStream(UID uid) {
   } else if (keepsWithdrawn) {
     withdrawn.push_back(std::move(stream.mapped()));
   }
-  called("withdrawStream " + std::to_string(uid));
+  record_.add("withdrawStream " + std::to_string(uid));
   return kGeneralFailure;
 }
 
@@ -135,7 +151,7 @@ Status WatchedHost::selectStream(UID uid, std::int32_t flag) {
   if (!streams.contains(uid)) record_.addFoul("selectStream of a stream that is not announced");
   if (flag != 1) record_.addFoul("selectStream with the flag " + std::to_string(flag));
   selected = uid;
-  called("selectStream " + std::to_string(uid));
+  record_.add("selectStream " + std::to_string(uid));
   return kGeneralFailure;
 }
 

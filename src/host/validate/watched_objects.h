@@ -17,6 +17,7 @@
 #include "ombe_core/plugin_context.h"
 #include "ombe_core/stream_interface.h"
 #include "ombe_core/subtitle_controller.h"
+#include "ombe_core/time_source.h"
 
 namespace Ombe {
 
@@ -24,11 +25,17 @@ namespace Ombe {
 /// Any thread.
 class CallRecord {
  public:
+  /// Of a call that is done; comes back from within it.
   void add(const std::string& call);
+  /// Comes back from within a call that is made too often to be recorded.
+  void comeBack(const std::string& call) const;
   void addFoul(const std::string& call);
   std::vector<std::string> take();
   /// The first there was; empty for none.
   [[nodiscard]] std::string foul() const;
+
+  /// Called from within each call; to be set while there is one thread.
+  std::function<void(const std::string& call)> comingBack;
 
  private:
   mutable std::mutex mutex_;
@@ -71,12 +78,28 @@ class WatchedController final : public SubtitleController {
       bool registerConsumer(SettingConsumer* consumer) override;
   bool unregisterConsumer(SettingConsumer* consumer) override;
 
-  std::set<SettingConsumer*> consumers;  ///< for the thread that registers
-  std::function<void()> leaving;         ///< called from within each deregistration
+  /// Those that are registered now. Any thread.
+  [[nodiscard]] std::set<SettingConsumer*> consumers() const;
+  /// getValue, under the name of who asks.
+  bool ask(const char* call, const Setting& setting, SettingValue& out);
 
  private:
   CallRecord& record_;
   HostController real_;
+  mutable std::mutex mutex_;
+  std::set<SettingConsumer*> consumers_;  // guarded by mutex_
+};
+
+/// Stands where it was put; any thread.
+class WatchedClock final : public TimeSource {
+ public:
+  explicit WatchedClock(CallRecord& record) : record_(record) {}
+  void set(std::int32_t milliseconds) { time_ = milliseconds; }
+  std::int32_t currentTime() override { return record_.comeBack("currentTime"), time_.load(); }
+
+ private:
+  CallRecord& record_;
+  std::atomic<std::int32_t> time_{0};
 };
 
 /// Owns announced streams until they are withdrawn, and then keeps them if told to.
@@ -108,16 +131,25 @@ class WatchedHost final : public ContainerHost {
   std::atomic<double> offset{0};
   std::string language;
   StandardAllocator<char>* languageAllocator = &StandardAllocator<char>::defaultInstance();
-  /// Called from within each call that is recorded, once it is done.
-  std::function<void(const std::string& call)> comingBack;
 
  private:
-  void called(const std::string& call);
-
   CallRecord& record_;
   WatchedController& controller_;
   std::set<UID> given_;
   std::mutex mutex_;
+};
+
+/// Values of every tag, few of which a setting can have.
+struct OddValues {
+  String none, text{"no such page"};
+  SettingValue values[8] = {SettingValue(),
+                            SettingValue::boolean(true),
+                            SettingValue::ratio({0, 0}),
+                            SettingValue::ratio({1, ~0U}),
+                            SettingValue::ratio({~0U, 1}),
+                            SettingValue::string(nullptr),
+                            SettingValue::string(&none),
+                            SettingValue::string(&text)};
 };
 
 }  // namespace Ombe
