@@ -48,6 +48,7 @@ template <typename Work>
 void runTogether(int count, Work work) {
   std::barrier together(count);
   std::vector<std::jthread> threads;
+  threads.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) threads.emplace_back([&, i] { work(i, together); });
 }
 
