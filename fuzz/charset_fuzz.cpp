@@ -43,8 +43,7 @@ void checkSignature(const unsigned char* bytes, std::string_view text) {
 }
 
 void checkDecoding(const std::string& codePage, const unsigned char* bytes, std::string_view text) {
-  SettingTable settings;
-  HostController store(settings);
+  HostController store;
   store.setValue(codePageSetting(), SettingValue::string(new String(codePage.c_str())));
   ByteString out = toByteString("old");
   const bool done = decodeText(&store, bytes, static_cast<std::uint32_t>(text.size()), out);

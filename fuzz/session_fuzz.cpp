@@ -112,8 +112,7 @@ class Session {
   }
 
   HostContext context_;
-  SettingTable settings_;
-  HostController controller_{settings_};
+  HostController controller_;
   HostContainer host_{controller_};
   PlaybackClock clock_;
   Plugin* plugin_ = nullptr;

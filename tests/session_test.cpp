@@ -28,8 +28,7 @@ struct Consumer : SettingConsumer {
 };
 
 struct Settings : testing::Test {
-  SettingTable table;
-  HostController controller{table};
+  HostController controller;
   HostContainer host{controller};
 };
 

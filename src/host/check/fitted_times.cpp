@@ -2,7 +2,6 @@
 
 #include "host/check/stated_rate.h"
 #include "host/io/failure.h"
-#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 namespace {
@@ -28,7 +27,7 @@ void fitTimes(Session& session, const std::string& path, const FilmTimes& times)
     session.host().setTimeOffset(timing.offsetMs);
     rate = timing.rate;
   }
-  if (rate) session.controller().setValue(frameRateSetting(), SettingValue::ratio(*rate));
+  if (rate) session.controller().setFrameRate(*rate);
 }
 
 }  // namespace Ombe

@@ -9,7 +9,6 @@
 #include "host/fix/repair.h"
 #include "host/text/number_text.h"
 #include "host/text/visible_text.h"
-#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 namespace {
@@ -77,15 +76,9 @@ Found Found::of(Session& session) {
   Found found;
   HostController& settings = session.controller();
   found.offsetMs = static_cast<std::int32_t>(session.host().getTimeOffset());
-  SettingValue value;
-  if (settings.getValue(frameRateSetting(), value)) {
-    const Ratio set = value.asRatio().value_or(Ratio{0, 0});
-    if (set.numerator != 0 && set.denominator != 0) found.rate = {set.numerator, set.denominator};
-  }
-  const bool isSigned =
-      settings.getValue(autodetectedSetting(), value) && value.asBoolean().value_or(false);
-  if (!isSigned && settings.getValue(codePageSetting(), value) && value.asString() != nullptr)
-    found.codePage = std::string(view(*value.asString()));
+  const Ratio set = settings.frameRate().value_or(Ratio{0, 0});
+  if (set.numerator != 0 && set.denominator != 0) found.rate = {set.numerator, set.denominator};
+  if (!settings.isAutodetected()) found.codePage = settings.codePage();
   return found;
 }
 

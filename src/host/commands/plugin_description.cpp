@@ -51,8 +51,7 @@ PluginDescription describePlugin(const std::string& path, Plugin& plugin) {
 
 std::vector<std::string> neededFormats(const PluginLibrary& library, const std::string& file) {
   BlindContext context;
-  SettingTable settings;
-  HostController controller(settings);
+  HostController controller;
   HostContainer host(controller);
   const PluginHandle plugin = library.create(context);
   ContainerInterface* container = findInterface<ContainerInterface>(*plugin, kContainerInterfaceId);

@@ -7,7 +7,6 @@
 #include <iterator>
 
 #include "host/session/sync.h"
-#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 
@@ -29,9 +28,7 @@ Tuning::Tuning(HostController& settings, const std::vector<std::string>& likely,
 }
 
 void Tuning::findRate() {
-  SettingValue value;
-  if (!settings_.getValue(frameRateSetting(), value)) return;
-  const Ratio set = value.asRatio().value_or(Ratio{0, 1});
+  const Ratio set = settings_.frameRate().value_or(Ratio{0, 1});
   if (set.numerator == 0 || set.denominator == 0) return;
   constexpr double kTolerance = 0.00005;  // 23.976 is 24000/1001
   const auto found = std::find_if(rates_.begin(), rates_.end(), [set](const Rate& rate) {
@@ -46,10 +43,6 @@ Tuning::Rate Tuning::named(Ratio ratio) {
   return {fmt::format("{:.6g} fps", perSecond(ratio)), ratio};
 }
 
-void Tuning::setRate() {
-  settings_.setValue(frameRateSetting(), SettingValue::ratio(rates_[rate_].ratio));
-}
-
 void Tuning::chooseFrameRate(Ratio rate) {
   const auto same = std::find_if(rates_.begin(), rates_.end(), [rate](const Rate& other) {
     return other.ratio.numerator == rate.numerator && other.ratio.denominator == rate.denominator;
@@ -62,7 +55,7 @@ void Tuning::chooseFrameRate(Ratio rate) {
     rate_ = chosen_;
     rates_[chosen_] = named(rate);
   }
-  setRate();
+  settings_.setFrameRate(rates_[rate_].ratio);
 }
 
 double Tuning::framesPerSecond() const {
@@ -71,9 +64,7 @@ double Tuning::framesPerSecond() const {
 }
 
 void Tuning::findCodePage() {
-  SettingValue value;
-  const String* set = settings_.getValue(codePageSetting(), value) ? value.asString() : nullptr;
-  const std::string name(set == nullptr ? std::string_view() : view(*set));
+  const std::string name = settings_.codePage();
   const auto found = std::find(codePages_.begin(), codePages_.end(), name);
   codePage_ = static_cast<std::size_t>(found - codePages_.begin());
   if (found == codePages_.end()) codePages_.push_back(name);
@@ -81,14 +72,13 @@ void Tuning::findCodePage() {
 
 void Tuning::stepFrameRate(int step) {
   rate_ = (rate_ + rates_.size() + static_cast<std::size_t>(step)) % rates_.size();
-  setRate();
+  settings_.setFrameRate(rates_[rate_].ratio);
 }
 
 bool Tuning::stepCodePage() {
   if (isAutodetected()) return false;
   codePage_ = nextCodePage();
-  settings_.setValue(codePageSetting(),
-                     SettingValue::string(new String(codePages_[codePage_].c_str())));
+  settings_.setCodePage(codePages_[codePage_]);
   return true;
 }
 
@@ -96,11 +86,6 @@ std::string Tuning::codePageName() const {
   const std::string& name = codePages_[codePage_];
   if (name.empty()) return "no code page";
   return isAutodetected() ? name + " (signature)" : name;
-}
-
-bool Tuning::isAutodetected() const {
-  SettingValue value;
-  return settings_.getValue(autodetectedSetting(), value) && value.asBoolean().value_or(false);
 }
 
 }  // namespace Ombe

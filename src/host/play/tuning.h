@@ -33,7 +33,7 @@ class Tuning {
   [[nodiscard]] const std::string& frameRateName() const { return rates_[rate_].name; }
   [[nodiscard]] std::string codePageName() const;
   [[nodiscard]] const std::string& nextCodePageName() const { return codePages_[nextCodePage()]; }
-  [[nodiscard]] bool isAutodetected() const;
+  [[nodiscard]] bool isAutodetected() const { return settings_.isAutodetected(); }
 
  private:
   struct Rate {
@@ -43,7 +43,6 @@ class Tuning {
 
   [[nodiscard]] std::size_t nextCodePage() const { return (codePage_ + 1) % codePages_.size(); }
   static Rate named(Ratio ratio);
-  void setRate();
   void findRate();
   void findCodePage();
 

@@ -1,8 +1,10 @@
 #include "host/session/host_controller.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "ombe_core/setting_consumer.h"
+#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 
@@ -30,12 +32,21 @@ class HostController::Calling {
 };
 
 bool HostController::getValue(const Setting& setting, SettingValue& out) {
-  return table_.get(setting, out);
+  const std::lock_guard lock(mutex_);
+  const Entry* found = find(setting);
+  if (found != nullptr) out = found->value;
+  return found != nullptr;
 }
 
 void HostController::setValue(const Setting& setting, const SettingValue& value) {
-  const SettingValue stored = table_.set(setting, value);
+  std::unique_ptr<String> text(value.asString());
   std::unique_lock lock(mutex_);
+  const SettingValue stored = text == nullptr ? value : SettingValue::string(keep(std::move(text)));
+  if (Entry* found = find(setting); found != nullptr) {
+    found->value = stored;
+  } else {
+    entries_.push_back({setting, stored});
+  }
   const std::vector<SettingConsumer*> told = consumers_;
   for (SettingConsumer* consumer : told) {
     // One that was told before may have deregistered it.
@@ -66,6 +77,47 @@ bool HostController::unregisterConsumer(SettingConsumer* consumer) {
 
 bool HostController::isRegistered(const SettingConsumer* consumer) const {
   return std::find(consumers_.begin(), consumers_.end(), consumer) != consumers_.end();
+}
+
+HostController::Entry* HostController::find(const Setting& setting) {
+  const auto found = std::find_if(entries_.begin(), entries_.end(),
+                                  [&](const Entry& entry) { return entry.setting == setting; });
+  return found == entries_.end() ? nullptr : &*found;
+}
+
+String* HostController::keep(std::unique_ptr<String> text) {
+  const auto [kept, added] = strings_.try_emplace(view(*text), nullptr);
+  if (added) {
+    kept->second = std::move(text);
+  } else if (kept->second == text) {
+    // A value that was read from here and handed back is owned already.
+    static_cast<void>(text.release());
+  }
+  return kept->second.get();
+}
+
+std::optional<Ratio> HostController::frameRate() {
+  SettingValue value;
+  return getValue(frameRateSetting(), value) ? value.asRatio() : std::nullopt;
+}
+
+void HostController::setFrameRate(Ratio rate) {
+  setValue(frameRateSetting(), SettingValue::ratio(rate));
+}
+
+std::string HostController::codePage() {
+  SettingValue value;
+  const String* name = getValue(codePageSetting(), value) ? value.asString() : nullptr;
+  return name == nullptr ? std::string() : std::string(view(*name));
+}
+
+void HostController::setCodePage(const std::string& name) {
+  setValue(codePageSetting(), SettingValue::string(new String(name.c_str())));
+}
+
+bool HostController::isAutodetected() {
+  SettingValue value;
+  return getValue(autodetectedSetting(), value) && value.asBoolean().value_or(false);
 }
 
 }  // namespace Ombe

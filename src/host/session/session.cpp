@@ -9,13 +9,11 @@
 #include "host/text/code_page.h"
 #include "ombe_core/media_source.h"
 #include "ombe_core/subtitle_control_interface.h"
-#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 Session::Session(const SessionOptions& options)
     : options_(options),
       library_(findPlugin(options.plugin, options.pluginFolder)),
-      controller_(settings_),
       host_(controller_),
       plugin_(library_.create(context_)) {
   container_ = findInterface<ContainerInterface>(*plugin_, kContainerInterfaceId);
@@ -24,10 +22,8 @@ Session::Session(const SessionOptions& options)
   }
   host_.setPreferredLanguage(options_.language);
   host_.setTimeOffset(options_.offsetMs);
-  if (options_.frameRate) {
-    controller_.setValue(frameRateSetting(), SettingValue::ratio(*options_.frameRate));
-  }
-  if (options_.codePage && !choosesCodePage()) setCodePage(*options_.codePage);
+  if (options_.frameRate) controller_.setFrameRate(*options_.frameRate);
+  if (options_.codePage && !choosesCodePage()) controller_.setCodePage(*options_.codePage);
   container_->attach(&host_, host_.newUID());
   auto* control = findInterface<SubtitleControlInterface>(*plugin_, kSubtitleControlInterfaceId);
   if (control != nullptr) control->setSubtitleController(&controller_);
@@ -110,15 +106,7 @@ void Session::readToEnd(const std::function<void(const Chunk&)>& take) {
 }
 
 std::string Session::signedCodePage() {
-  SettingValue value;
-  const bool isStated =
-      controller_.getValue(autodetectedSetting(), value) && value.asBoolean().value_or(false) &&
-      controller_.getValue(codePageSetting(), value) && value.asString() != nullptr;
-  return isStated ? std::string(view(*value.asString())) : std::string();
-}
-
-void Session::setCodePage(const std::string& name) {
-  controller_.setValue(codePageSetting(), SettingValue::string(new String(name.c_str())));
+  return controller_.isAutodetected() ? controller_.codePage() : std::string();
 }
 
 /// After the plug-in has looked for a signature.
@@ -126,7 +114,7 @@ void Session::choose(const std::string& file) {
   const std::string stated = signedCodePage();
   choice_ = stated.empty() ? chooseCodePage(readFile(file, kLargestFile))
                            : CodePageChoice{CodePageChoice::Ground::kSignature, stated};
-  if (choice_->isGuess()) setCodePage(choice_->codePage);
+  if (choice_->isGuess()) controller_.setCodePage(choice_->codePage);
 }
 
 void Session::check(const std::string& file) const {

@@ -74,14 +74,12 @@ class Session {
   template <typename Question>
   bool ask(const std::string& file, const Question& question);
   void activate();
-  void setCodePage(const std::string& name);
   void choose(const std::string& file);
 
   SessionOptions options_;
   // Streams hold code of the library, the component knows all the others.
   HostContext context_;
   PluginLibrary library_;
-  SettingTable settings_;
   HostController controller_;
   HostContainer host_;
   PlaybackClock clock_;

@@ -42,8 +42,7 @@ class WatchedEngine {
   CallRecord record;
   PluginLibrary library;
   WatchedContext context{record};
-  SettingTable settings;
-  WatchedController controller{record, settings};
+  WatchedController controller{record};
   WatchedClock clock{record};
   WatchedHost host;
   PluginHandle plugin;

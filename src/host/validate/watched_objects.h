@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "host/session/host_controller.h"
-#include "host/session/setting_table.h"
 #include "ombe_core/container_host.h"
 #include "ombe_core/plugin_context.h"
 #include "ombe_core/stream_interface.h"
@@ -65,7 +64,7 @@ class WatchedContext final : public PluginContext {
 /// Tells changes of settings as the program's own controller does.
 class WatchedController final : public SubtitleController {
  public:
-  WatchedController(CallRecord& record, SettingTable& table) : record_(record), real_(table) {}
+  explicit WatchedController(CallRecord& record) : record_(record) {}
   bool getValue(const Setting& setting, SettingValue& out) override;
   void setValue(const Setting& setting, const SettingValue& value) override;
   // clang-format off
