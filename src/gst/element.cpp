@@ -7,9 +7,6 @@ GST_DEBUG_CATEGORY(ombe_debug);
 namespace Ombe {
 namespace {
 
-struct ElementClass {
-  GstElementClass parent;
-};
 gpointer parentClass = nullptr;  // set once, before there is an element
 
 GstStaticPadTemplate sinkTemplate =
@@ -123,7 +120,7 @@ void initElement(GTypeInstance* instance, gpointer /*class*/) {
 
 GType elementType() {
   static const GType type = g_type_register_static_simple(
-      GST_TYPE_ELEMENT, "OmbeSubParse", sizeof(ElementClass), initClass, sizeof(OmbeSubParse),
+      GST_TYPE_ELEMENT, "OmbeSubParse", sizeof(GstElementClass), initClass, sizeof(OmbeSubParse),
       initElement, static_cast<GTypeFlags>(0));
   return type;
 }

@@ -65,6 +65,12 @@ GType elementType();
 
 inline OmbeSubParse* elementOf(gpointer object) { return static_cast<OmbeSubParse*>(object); }
 
+/// The event, which now comes from the seek of that number, if from any.
+inline GstEvent* numbered(GstEvent* event, guint32 seqnum) {
+  if (seqnum != GST_SEQNUM_INVALID) gst_event_set_seqnum(event, seqnum);
+  return event;
+}
+
 inline constexpr char kNoMemory[] = "needs more memory than there is";
 
 /// The functions of `sink`.

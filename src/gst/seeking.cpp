@@ -5,15 +5,7 @@ namespace Ombe {
 namespace {
 
 void pushFlushStart(OmbeSubParse* element, guint32 seqnum) {
-  GstEvent* event = gst_event_new_flush_start();
-  gst_event_set_seqnum(event, seqnum);
-  gst_pad_push_event(element->src, event);
-}
-
-void pushFlushStop(OmbeSubParse* element, const Restart& how) {
-  GstEvent* event = gst_event_new_flush_stop(how.resetTime);
-  gst_event_set_seqnum(event, how.seqnum);
-  gst_pad_push_event(element->src, event);
+  gst_pad_push_event(element->src, numbered(gst_event_new_flush_start(), seqnum));
 }
 
 /// That of the whole pipeline: what this element has sent lies ahead of what is seen.
@@ -51,7 +43,10 @@ void restart(OmbeSubParse* element, const Restart& how,
     state.sending.mustSegment = true;
   }
   GST_PAD_STREAM_UNLOCK(element->src);
-  if (how.flush) pushFlushStop(element, how);
+  if (how.flush) {
+    GstEvent* event = gst_event_new_flush_stop(how.resetTime);
+    gst_pad_push_event(element->src, numbered(event, how.seqnum));
+  }
   if (state.complete && gst_pad_is_active(element->src)) {
     gst_pad_start_task(element->src, pushNext, element, nullptr);
   }

@@ -10,11 +10,6 @@
 namespace Ombe {
 namespace {
 
-GstEvent* numbered(GstEvent* event, guint32 seqnum) {
-  if (seqnum != GST_SEQNUM_INVALID) gst_event_set_seqnum(event, seqnum);
-  return event;
-}
-
 void read(OmbeSubParse* element) {
   ElementState& state = *element->state;
   ReadingSettings settings;
