@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "host/check/stated_rate.h"
+#include "host/check/fitted_times.h"
 #include "host/session/session.h"
 #include "host/text/markup.h"
 

@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/check/check.h"
-#include "host/check/stated_rate.h"
+#include "host/check/fitted_times.h"
 #include "host/cli/common_options.h"
 #include "host/commands/plugin_description.h"
 #include "host/io/input_file.h"

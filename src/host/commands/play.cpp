@@ -8,7 +8,6 @@
 
 #include "host/check/check.h"
 #include "host/check/fitted_times.h"
-#include "host/check/stated_rate.h"
 #include "host/cli/common_options.h"
 #include "host/cli/film_options.h"
 #include "host/commands/export_line.h"

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "host/check/check.h"
-#include "host/check/stated_rate.h"
+#include "host/check/fitted_times.h"
 #include "host/fix/decoding.h"
 #include "host/io/descriptor_io.h"
 #include "host/io/failure.h"
