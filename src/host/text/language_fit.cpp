@@ -3,8 +3,6 @@
 #include <unicode/uchar.h>
 
 #include <cmath>
-#include <cstdint>
-#include <limits>
 #include <optional>
 
 #include "host/text/icu_function.h"
@@ -78,16 +76,15 @@ class Costs {
 
 }  // namespace
 
-ForeignCharacters::ForeignCharacters(std::u16string_view text) {
-  std::vector<std::uint32_t> counts(std::size_t{std::numeric_limits<char16_t>::max()} + 1);
+ForeignCharacters::ForeignCharacters(std::u16string_view text, CharacterTable& table) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char16_t c = text[i];
     if (c < 0x80 && c != kReplaced) continue;
-    if (counts[c]++ == 0) counts_.emplace_back(c, 0);
+    if (table[c]++ == 0) counts_.emplace_back(c, 0);
     judgePlace(i == 0 ? u' ' : text[i - 1], c, i + 1 == text.size() ? u' ' : text[i + 1]);
     ++total_;
   }
-  for (auto& [c, count] : counts_) count = counts[c];
+  for (auto& [c, count] : counts_) count = std::exchange(table[c], 0);
 }
 
 void ForeignCharacters::judgePlace(char16_t before, char16_t c, char16_t behind) {

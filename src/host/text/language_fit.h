@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -10,10 +11,15 @@
 
 namespace Ombe {
 
+/// A number for each character that there may be.
+using CharacterTable = std::vector<std::uint32_t>;
+
 /// What a code page makes of a text: its characters beyond ASCII.
 class ForeignCharacters {
  public:
-  explicit ForeignCharacters(std::u16string_view text);
+  /// The table is all zeros, and is so again afterwards: one serves for many texts, since most have
+  /// far fewer characters than it.
+  ForeignCharacters(std::u16string_view text, CharacterTable& table);
 
   /// Each character, and how many there are.
   [[nodiscard]] const std::vector<std::pair<char16_t, std::size_t>>& counts() const {

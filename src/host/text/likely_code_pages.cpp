@@ -62,8 +62,8 @@ struct Candidate {
   ForeignCharacters characters;
   double cost = std::numeric_limits<double>::max();  // in the language that it fits best
 
-  Candidate(std::string name, std::u16string decoded)
-      : codePage(std::move(name)), text(std::move(decoded)), characters(text) {}
+  Candidate(std::string name, std::u16string decoded, CharacterTable& table)
+      : codePage(std::move(name)), text(std::move(decoded)), characters(text, table) {}
 
   [[nodiscard]] double costOfOne() const {
     return cost / static_cast<double>(std::max<std::size_t>(characters.total(), 1));
@@ -72,17 +72,18 @@ struct Candidate {
 
 /// The candidate of that name among all, made if need be.
 Candidate& candidateFor(const std::string& codePage, std::string_view text,
-                        std::vector<Candidate>& all) {
+                        std::vector<Candidate>& all, CharacterTable& table) {
   const auto found = std::find_if(all.begin(), all.end(), [&](const Candidate& candidate) {
     return candidate.codePage == codePage;
   });
   if (found != all.end()) return *found;
   CodePageReader reader(codePage, CodePageReader::Unreadable::kReplace);
-  return all.emplace_back(codePage, reader.units(text));
+  return all.emplace_back(codePage, reader.units(text), table);
 }
 
 std::vector<Candidate> candidatesFor(std::string_view text) {
   std::vector<Candidate> all;
+  CharacterTable table(std::size_t{std::numeric_limits<char16_t>::max()} + 1);
   const auto words = asciiWords(text);
   for (const Language& language : languages()) {
     double saved = 0;
@@ -91,7 +92,7 @@ std::vector<Candidate> candidatesFor(std::string_view text) {
       if (found != words.end()) saved += kFrequentWord * static_cast<double>(found->second);
     });
     forEachWord(language.codePages, [&](const std::string& codePage) {
-      Candidate& candidate = candidateFor(codePage, text, all);
+      Candidate& candidate = candidateFor(codePage, text, all, table);
       candidate.cost = std::min(candidate.cost, costIn(language, candidate.characters) - saved);
     });
   }
