@@ -1,5 +1,5 @@
 # Run by CPack on the trees that become the Debian packages: gives them the documents that Debian asks
-# for. The program holds code of header-only libraries, whose licenses want to be shown: they are
+# for. Program and plug-in hold code of libraries of headers, whose licenses want to be shown: they are
 # taken from the packages that it was built with. Every file gets the time of SOURCE_DATE_EPOCH where
 # that is set, so that the same sources make the same packages.
 set(trees "${CPACK_TEMPORARY_INSTALL_DIRECTORY}")
@@ -8,7 +8,7 @@ set(library_documents "${trees}/Library/usr/share/doc/${CPACK_DEBIAN_LIBRARY_PAC
 
 file(READ "${CPACK_OMBE_SOURCE_DIR}/LICENSE" copyright)
 file(WRITE "${library_documents}/copyright" "${copyright}")
-foreach(package IN ITEMS libcli11-dev nlohmann-json3-dev libfmt-dev)
+foreach(package IN ITEMS libboost1.81-dev libcli11-dev nlohmann-json3-dev libfmt-dev)
   file(READ "/usr/share/doc/${package}/copyright" text)
   string(APPEND copyright
     "\n\n======== ombe holds code of ${package}, to which this applies:\n\n${text}")
