@@ -1,6 +1,6 @@
 #include "host/batch/items.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <unistd.h>
 
 #include <array>

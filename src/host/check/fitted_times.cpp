@@ -1,6 +1,6 @@
 #include "host/check/fitted_times.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <string_view>

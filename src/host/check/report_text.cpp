@@ -1,4 +1,4 @@
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "host/check/check.h"
 #include "host/io/output_file.h"

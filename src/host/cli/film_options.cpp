@@ -1,6 +1,6 @@
 #include "host/cli/film_options.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "host/fix/fix_report.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <nlohmann/json.hpp>
 

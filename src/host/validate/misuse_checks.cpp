@@ -1,6 +1,6 @@
 // Hosts that keep no rule: whatever one does, whatever it does next, and from within whatever call,
 // a plug-in answers, leaves its lock free and plays on.
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <filesystem>
