@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
   occupyStandardStreams();
   Ombe::ExitCode code = Ombe::ExitCode::kRefused;
   try {
-    code = Ombe::runCommandLine(argc, argv, Ombe::allCommands());
+    code = Ombe::runCommandLine(argc, argv);
   } catch (const Ombe::Failure& failure) {
     Ombe::reportError(messageOf(failure));
     code = exitCodeOf(failure);

@@ -1,5 +1,8 @@
 #include "host/cli/command.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace Ombe {
 
 namespace {
@@ -12,32 +15,50 @@ Command program() {
               "Example: ombe export movie.sub -o movie.srt\nMore: ombe COMMAND --help, and "
               "--help-all for all options",
           .options = {
-              {.names = {"--version"}, .purpose = "Display program version information and exit"}}};
+              {.names = {kVersion}, .purpose = "Display program version information and exit"}}};
 }
 
-void add(const std::string& heading, std::vector<Command> added, std::vector<Command>& all) {
-  for (Command& command : added) {
-    command.heading = heading;
-    all.push_back(std::move(command));
-  }
+struct Entry {
+  std::string_view name;
+  const char* heading;
+  Command (*make)();
+};
+
+constexpr char kForPeople[] = "For people with subtitles";
+constexpr char kForAuthors[] = "For authors of plug-ins";
+constexpr Entry kEntries[] = {
+    {"play", kForPeople, playCommand},
+    {"check", kForPeople, checkCommand},
+    {"fix", kForPeople, fixCommand},
+    {"export", kForPeople, exportCommand},
+    {"info", kForAuthors, infoCommand},
+    {"inspect", kForAuthors, inspectCommand},
+    {"probe", kForAuthors, probeCommand},
+    {"validate", kForAuthors, validateCommand},
+    {"completion", kForAuthors, completionCommand},
+    {"man", "", manCommand},
+};
+
+void addHelp(Command& command) {
+  command.options.insert(
+      command.options.begin(),
+      {{.names = {"-h", "--help"}, .purpose = kHelpPurpose, .isShared = true},
+       {.names = {"--help-all"}, .purpose = kHelpAllPurpose, .isShared = true, .isRare = true}});
 }
 
 }  // namespace
 
-std::vector<Command> allCommands() {
+std::vector<Command> commandsFor(std::string_view word) {
+  const auto* const named = std::ranges::find(kEntries, word, &Entry::name);
   std::vector<Command> commands = {program()};
-  add("For people with subtitles", {playCommand(), checkCommand(), fixCommand(), exportCommand()},
-      commands);
-  add("For authors of plug-ins",
-      {infoCommand(), inspectCommand(), probeCommand(), validateCommand(), completionCommand()},
-      commands);
-  add("", {manCommand()}, commands);
-  for (Command& command : commands) {
-    command.options.insert(
-        command.options.begin(),
-        {{.names = {"-h", "--help"}, .purpose = kHelpPurpose, .isShared = true},
-         {.names = {"--help-all"}, .purpose = kHelpAllPurpose, .isShared = true, .isRare = true}});
+  for (const Entry& entry : kEntries) {
+    const bool isNeeded = named == std::end(kEntries) || named == &entry;
+    if (!isNeeded) continue;
+    Command& command = commands.emplace_back(entry.make());
+    command.name = entry.name;
+    command.heading = entry.heading;
   }
+  std::ranges::for_each(commands, addHelp);
   return commands;
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -42,7 +43,7 @@ struct Option {
 using Meaning = std::pair<std::string, std::string>;
 
 struct Command {
-  std::string name;
+  std::string name = {};  ///< the word that it is typed as, given with the heading
   std::string purpose;
   std::string footer;  ///< example and remarks
   std::vector<Option> options = {};
@@ -51,9 +52,10 @@ struct Command {
   std::function<ExitCode()> run = {};
   std::vector<Meaning> keys = {};  ///< those that it takes, for the manual page alone
   bool isHidden = false;           ///< meant for the build, not for people
-  std::string heading = {};        ///< that it stands under in help
+  std::string heading = {};        ///< which it stands under in help
 };
 
+inline constexpr char kVersion[] = "--version";
 inline constexpr char kHelpPurpose[] = "Print this help message and exit";
 inline constexpr char kHelpAllPurpose[] = "Print help with rare options as well and exit";
 
@@ -69,8 +71,11 @@ Command validateCommand();
 Command completionCommand();
 Command manCommand();
 
-/// The program as a whole, then its commands.
-std::vector<Command> allCommands();
+/// The program as a whole, then what the first word of a command line asks of: the command that it
+/// names, none for the version, and else all of them. Making them all costs as much as a small
+/// file.
+std::vector<Command> commandsFor(std::string_view word);
+inline std::vector<Command> allCommands() { return commandsFor({}); }
 
 /// Stores what `parse` makes of the text, an optional value.
 template <typename T, typename Parse>

@@ -4,13 +4,16 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <string_view>
 
+#include "host/cli/command.h"
 #include "host/io/messages.h"
 #include "host/io/output_file.h"
 
 namespace Ombe {
 namespace {
 
+constexpr char kVersionText[] = "ombe " OMBE_VERSION;
 constexpr char kShared[] = "Options of all commands that meet a source";
 
 void store(const Option& option, const std::vector<std::string>& values) {
@@ -102,12 +105,18 @@ ExitCode explain(const CLI::App& app, const CLI::ParseError& end,
 
 }  // namespace
 
-ExitCode runCommandLine(int argc, char** argv, const std::vector<Command>& commands) {
+ExitCode runCommandLine(int argc, char** argv) {
+  const std::string_view first = argc > 1 ? argv[1] : "";
+  if (argc == 2 && first == kVersion) {  // scripts ask it before all else: it needs no parser
+    writeOutput("-", std::string(kVersionText) + "\n");
+    return ExitCode::kDone;
+  }
+  const std::vector<Command> commands = commandsFor(first);
   const Command& program = commands.front();
   CLI::App app(program.purpose, program.name);
   app.set_help_flag("-h,--help", kHelpPurpose);
   app.set_help_all_flag("--help-all", kHelpAllPurpose);
-  app.set_version_flag("--version", "ombe " OMBE_VERSION);
+  app.set_version_flag(kVersion, kVersionText);
   app.require_subcommand(1);
   const auto isTyped = [&](const std::string& word) {
     return std::find(argv, argv + argc, word) != argv + argc;

@@ -1,6 +1,6 @@
 #include "host/check/check.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <unistd.h>
 
 #include <nlohmann/json.hpp>
@@ -167,8 +167,7 @@ std::vector<Option> ownOptions(CheckOptions& options) {
 
 Command checkCommand() {
   const auto options = std::make_shared<CheckOptions>();
-  return {.name = "check",
-          .purpose = "Say whether files will play, and if not, why and where",
+  return {.purpose = "Say whether files will play, and if not, why and where",
           .footer =
               "Example: ombe check movie.sub --code-page windows-1250\n         ombe check films/",
           .options = withSourceOptions(ownOptions(*options), options->session),

@@ -7,7 +7,6 @@ namespace Ombe {
 Command completionCommand() {
   const auto shell = std::make_shared<std::string>();
   return {
-      .name = "completion",
       .purpose = "Write the script by which a shell completes ombe",
       .footer = "Example: ombe completion bash >~/.local/share/bash-completion/completions/ombe",
       .options = {{.names = {"SHELL"},
@@ -22,8 +21,7 @@ Command completionCommand() {
 }
 
 Command manCommand() {
-  return {.name = "man",
-          .purpose = "Write the manual page",
+  return {.purpose = "Write the manual page",
           .footer = "Example: ombe man | man -l -",
           .run =
               [] {

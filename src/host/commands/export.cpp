@@ -47,8 +47,7 @@ std::vector<Option> ownOptions(Asked& asked) {
 Command exportCommand() {
   const auto asked = std::make_shared<Asked>();
   SessionOptions& session = asked->options.session;
-  Command command = {.name = "export",
-                     .purpose = "Write subtitles in another format",
+  Command command = {.purpose = "Write subtitles in another format",
                      .footer =
                          "Example: ombe export movie.sub --frame-rate 23.976 -o movie.srt\n"
                          "         ombe export -f vtt films/ -o out/",

@@ -1,6 +1,6 @@
 #include "host/commands/export_line.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cmath>

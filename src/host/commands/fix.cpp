@@ -35,7 +35,6 @@ std::vector<Option> optionsOf(FixRequest& request) {
 Command fixCommand() {
   const auto request = std::make_shared<FixRequest>();
   Command command = {
-      .name = "fix",
       .purpose = "Mend files so that the plug-in opens them, and say what was done",
       .footer =
           "Frame numbers stay as they are, but for --sync: it moves them by whole frames, and "

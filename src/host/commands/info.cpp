@@ -1,4 +1,4 @@
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <cstring>
 #include <nlohmann/json.hpp>
@@ -160,8 +160,7 @@ ExitCode info(const InfoOptions& options) {
 
 Command infoCommand() {
   const auto options = std::make_shared<InfoOptions>();
-  return {.name = "info",
-          .purpose = "Show what the plug-in says of itself and of a file",
+  return {.purpose = "Show what the plug-in says of itself and of a file",
           .footer = "Example: ombe info movie.sub --json",
           .options = withSourceOptions({fileOption(options->files), jsonOption(options->json)},
                                        options->session),

@@ -1,4 +1,4 @@
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <nlohmann/json.hpp>
 
@@ -52,8 +52,7 @@ ExitCode inspect(const InspectOptions& options) {
 Command inspectCommand() {
   const auto options = std::make_shared<InspectOptions>();
   options->session.pluginFolder = pluginsBesideProgram();
-  return {.name = "inspect",
-          .purpose = "Show what a plug-in says of itself",
+  return {.purpose = "Show what a plug-in says of itself",
           .footer = "Example: ombe inspect ./microdvd.so --json",
           .options = {{.names = {"PLUGIN"},
                        .purpose = "Plug-in, or folder that it is in",

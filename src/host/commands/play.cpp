@@ -151,8 +151,7 @@ std::vector<Option> ownOptions(Asked& asked) {
 
 Command playCommand() {
   const auto asked = std::make_shared<Asked>();
-  Command command = {.name = "play",
-                     .purpose = "Play the subtitles in the terminal",
+  Command command = {.purpose = "Play the subtitles in the terminal",
                      .footer = "Example: ombe play movie.sub --start 1:30",
                      .options = withSourceOptions(ownOptions(*asked), asked->session),
                      .run = [asked] { return play(*asked); }};

@@ -1,6 +1,6 @@
 #include "host/commands/plugin_description.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <cstring>
 #include <nlohmann/json.hpp>

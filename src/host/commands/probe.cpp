@@ -50,8 +50,7 @@ ExitCode probe(const ProbeOptions& options) {
 
 Command probeCommand() {
   const auto options = std::make_shared<ProbeOptions>();
-  return {.name = "probe",
-          .purpose = "Say which files the plug-in recognises, and as what",
+  return {.purpose = "Say which files the plug-in recognises, and as what",
           .footer = "Example: ombe probe *.sub *.txt",
           .options = withSourceOptions({filesOption(options->files)}, options->session),
           .run = [options] { return probe(*options); }};

@@ -1,4 +1,4 @@
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -139,8 +139,7 @@ std::vector<Option> optionsOf(ValidateOptions& options) {
 
 Command validateCommand() {
   const auto options = std::make_shared<ValidateOptions>();
-  return {.name = "validate",
-          .purpose = "Ask a plug-in of any format whether it keeps the engine's contract",
+  return {.purpose = "Ask a plug-in of any format whether it keeps the engine's contract",
           .footer =
               "Example: ombe validate ./mine.so --sample film.sub\n"
               "Each check runs in a process of its own, so a crash or a hang fails one check.",
