@@ -8,6 +8,7 @@
 #include "host/batch/items.h"
 #include "host/check/check.h"
 #include "host/check/fitted_times.h"
+#include "host/io/heap.h"
 #include "host/io/input_file.h"
 #include "host/io/messages.h"
 #include "host/io/output_file.h"
@@ -65,6 +66,7 @@ std::vector<std::string> exportSession(Session& session, const InputFile& input,
 std::vector<std::string> exportFile(const std::string& input, const std::string& output,
                                     const ExportOptions& options) {
   const InputFile file(input);
+  readyHeap(file.path());
   Session session(options.session);
   return asNamed(file, [&] { return exportSession(session, file, output, options); });
 }

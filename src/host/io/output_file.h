@@ -36,7 +36,7 @@ class OutputFile {
   void commit();
 
  private:
-  static constexpr std::size_t kWriteSize = std::size_t{1} << 20;
+  static constexpr std::size_t kWriteSize = std::size_t{1} << 15;
 
   void openTemporary(mode_t permissions);
   [[nodiscard]] int giveName(const TemporaryName& name);
