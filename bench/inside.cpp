@@ -1,6 +1,8 @@
 // Measures one step inside a fresh process: inside STEP FILE [CODE-PAGE [REPEATS]]
 //
 //   floor  what nobody can leave out of opening (see floor.h)
+//   floor2 the same, from the two blocks that the plug-in has
+//   copy   every chunk of the floor copied, and given back
 //   open   the plug-in's open
 //   read   every chunk of the opened file, taken and given back
 //   all    open, read and release together
@@ -22,6 +24,7 @@
 #include <vector>
 
 #include "floor.h"
+#include "host/cli/common_options.h"
 #include "host/session/session.h"
 #include "ombe_core/media_source.h"
 
@@ -48,9 +51,22 @@ struct Arguments {
   SessionOptions options;
 };
 
-double floorStep(const Arguments& arguments) {
+double floorFrom(const Arguments& arguments, ombe_bench::Blocks blocks) {
   std::vector<std::unique_ptr<ombe_bench::FloorChunk>> chunks;
-  return secondsOf([&] { chunks = ombe_bench::readFloor(arguments.file); });
+  return secondsOf([&] { chunks = ombe_bench::readFloor(arguments.file, blocks); });
+}
+
+double floorStep(const Arguments& arguments) {
+  return floorFrom(arguments, ombe_bench::Blocks::kOne);
+}
+
+double floorOfTwoStep(const Arguments& arguments) {
+  return floorFrom(arguments, ombe_bench::Blocks::kTwo);
+}
+
+double copyStep(const Arguments& arguments) {
+  const auto chunks = ombe_bench::readFloor(arguments.file, ombe_bench::Blocks::kTwo);
+  return secondsOf([&] { ombe_bench::copyEach(chunks); });
 }
 
 double openStep(const Arguments& arguments) {
@@ -103,7 +119,9 @@ std::size_t convert(const char* codePage, const std::string& text, std::vector<U
 }
 
 double icuStep(const Arguments& arguments) {
-  Session session({});
+  SessionOptions options = arguments.options;
+  options.codePage.reset();
+  Session session(options);
   session.open(arguments.file);
   std::vector<std::string> texts;
   session.readToEnd([&](const Chunk& chunk) { texts.emplace_back(chunk.text()); });
@@ -124,8 +142,9 @@ struct Step {
   double (*run)(const Arguments& arguments);
 };
 
-constexpr Step kSteps[] = {{"floor", floorStep}, {"open", openStep},   {"read", readStep},
-                           {"all", allStep},     {"fresh", freshStep}, {"icu", icuStep}};
+constexpr Step kSteps[] = {
+    {"floor", floorStep}, {"floor2", floorOfTwoStep}, {"copy", copyStep},   {"open", openStep},
+    {"read", readStep},   {"all", allStep},           {"fresh", freshStep}, {"icu", icuStep}};
 
 int run(std::string_view name, const Arguments& arguments, int repeats) {
   for (const Step& step : kSteps) {
@@ -144,6 +163,7 @@ int main(int argc, char** argv) {
   if (argc < 3) return 2;
   try {
     Arguments arguments{argv[2], {}};
+    arguments.options.pluginFolder = Ombe::pluginsBesideProgram();
     if (argc > 3 && *argv[3] != '\0') arguments.options.codePage = argv[3];
     return run(argv[1], arguments, argc > 4 ? std::atoi(argv[4]) : 1);
   } catch (const std::exception& failure) {

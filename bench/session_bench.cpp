@@ -6,6 +6,7 @@
 #include <fstream>
 #include <string>
 
+#include "host/cli/common_options.h"
 #include "host/session/session.h"
 #include "ombe_core/media_source.h"
 #include "subtitles.h"
@@ -32,11 +33,13 @@ class SubtitleFile {
   fs::path path_;
 };
 
+Ombe::SessionOptions builtPlugin() { return {.pluginFolder = Ombe::pluginsBesideProgram()}; }
+
 void open(benchmark::State& state) {
   const auto count = static_cast<std::size_t>(state.range(0));
   const SubtitleFile file(count, Encoding::kUtf8);
   const Ombe::MediaSource source(Ombe::toByteString("file://" + file.path()));
-  Ombe::Session session({});
+  Ombe::Session session(builtPlugin());
   for ([[maybe_unused]] const auto iteration : state) {
     if (session.container().open(source) != Ombe::kSuccess) state.SkipWithError("not opened");
     state.PauseTiming();
@@ -50,7 +53,7 @@ BENCHMARK(open)->Arg(1000)->Arg(30'000)->Arg(1'000'000)->Unit(benchmark::kMicros
 void read(benchmark::State& state, Encoding encoding, const char* codePage) {
   constexpr std::int64_t kCount = 30'000;
   const SubtitleFile file(kCount, encoding);
-  Ombe::SessionOptions options;
+  Ombe::SessionOptions options = builtPlugin();
   if (codePage != nullptr) options.codePage = codePage;
   Ombe::Session session(options);
   session.open(file.path());
@@ -70,7 +73,7 @@ BENCHMARK_CAPTURE(read, fromUtf16WithSignature, Encoding::kUtf16, nullptr);
 /// To an entry in so many hundredths of the file.
 void seek(benchmark::State& state) {
   const SubtitleFile file(30'000, Encoding::kUtf8);
-  Ombe::Session session({});
+  Ombe::Session session(builtPlugin());
   session.open(file.path());
   std::uint32_t end = 0;
   session.stream().seekStream(0xFFFFFFFF, &end, true);
@@ -84,7 +87,7 @@ BENCHMARK(seek)->Arg(1)->Arg(50)->Arg(99);
 void rescale(benchmark::State& state) {
   constexpr std::int64_t kCount = 30'000;
   const SubtitleFile file(kCount, Encoding::kUtf8);
-  Ombe::Session session({});
+  Ombe::Session session(builtPlugin());
   session.open(file.path());
   const Ombe::Setting setting(Ombe::MediaType::kSubtitle, "FrameRate", "Ratio");
   std::uint32_t rate = 25;
