@@ -168,6 +168,7 @@ void shareAController(const Subject& subject) {
   };
   expectSame("open", kSuccess, first.open(sourceUri(subject.samples.front())));
   first.record.comingBack = nullptr;
+  expectSame("activateProgram", kSuccess, first.activate());  // whose streams are the host's then
   first.container().deactivate(false);
   together(kRounds, {[&](int) { play(first); }, [&](int) { play(second); }});
 }
