@@ -54,6 +54,7 @@ struct Stream final : StreamInterface {
   const ImageProperties* getImageProperties() override { return &frame; }
   std::int32_t reservedSlot7() override { return 320; }
   Status setTimeSource(TimeSource* source) override {
+    const std::lock_guard guard(mutex);
     if (source != nullptr) clock = source;
     return source == nullptr ? kNothingDue : kSuccess;
   }
@@ -63,6 +64,7 @@ struct Stream final : StreamInterface {
     return kSuccess;
   }
   Status getNextChunkTime(std::uint32_t, std::uint32_t time, std::uint32_t* out) override {
+    const std::lock_guard guard(mutex);
     if (out == nullptr || readSpeed() == 0) return kGeneralFailure;
     *out = time > 3000 ? 4000 : std::max(1000U, (time + 999) / 1000 * 1000);
 #ifdef WRITES_OUTSIDE
@@ -90,7 +92,9 @@ struct Stream final : StreamInterface {
     if (clock == nullptr || clock->currentTime() < 0) return kNothingDue;
     const int entry = next;
     if (isReleased || readSpeed() == 0 || entry < 1 || entry > 3) return kSuccess;
-    const auto start = static_cast<std::uint32_t>(entry * 1000 + host.getTimeOffset());
+    // An offset may be anything, not a number too, of which max makes 0.
+    const double shifted = std::max(0.0, entry * 1000 + host.getTimeOffset());
+    const auto start = static_cast<std::uint32_t>(std::min(shifted, 4.0e9));
     if (clock->currentTime() < static_cast<std::int32_t>(start)) return kNothingDue;
     if (isReleased) return kSuccess;
     next = entry + (readSpeed() < 0 ? -1 : 1);
