@@ -47,6 +47,8 @@ class SrtWriter final : public SubtitleWriter {
       appendHex(digits, *tag->color, 6);
       text.replace(text.find('#') + 1, digits.size(), digits);
     }
+    if (text.ends_with(kArrow))
+      text.replace(text.size() - kArrow.size(), kArrow.size(), kBrokenArrow);
     out += text;
     return tag->length;
   }
