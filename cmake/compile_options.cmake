@@ -49,5 +49,6 @@ if(OMBE_COVERAGE)
   target_link_options(ombe_options INTERFACE --coverage)
 endif()
 if(OMBE_BUILD_FUZZ)
-  target_compile_options(ombe_options INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_options(ombe_options INTERFACE
+    -fsanitize=fuzzer-no-link -fsanitize-coverage=trace-loads)
 endif()

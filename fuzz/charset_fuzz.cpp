@@ -1,4 +1,5 @@
 // From bytes to UTF-8: signatures, conversions, the check on the result; and from a URI to a path.
+#include "cost.h"
 #include "host/session/host_controller.h"
 #include "ombe_core/status.h"
 #include "ombe_core/string_tools.h"
@@ -75,6 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       "",     "ISO-8859-1", "windows-1250", "nothing",  "Shift_JIS", "ISO-2022-JP",
       "HZ",   "EUC-TW",     "UTF32-BE",     "UTF32-LE", "UTF16-BE",  "UTF16-LE",
       "UTF8", "UTF7",       "SCSU",         "BOCU-1",   "GB-18030"};
+  const ombe_fuzz::CostLimit limit(size, {0.3, 200, 160});
   Input input(data, size);
   const char* codePage = kCodePages[input.number() % std::size(kCodePages)];
   // Without a terminator: none of these may rely on one.

@@ -1,4 +1,5 @@
 // The parser makes the entries that splitting, scanning and rating by the C library makes.
+#include "cost.h"
 #include "microdvd/lines/style_codes.h"
 #include "microdvd/microdvd_parser.h"
 #include "stream/entries/media_buffer_allocator.h"
@@ -81,7 +82,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const ExactText text(input.rest);
   Entries expected;
   const bool isExpected = parsePlainly(std::string(text.view()), rate, expected);
-  require(parser.parse(text.block.get()) == isExpected, "the same files are refused");
+  {
+    const ombe_fuzz::CostLimit limit(size, {0.45, 15, 32});
+    require(parser.parse(text.block.get()) == isExpected, "the same files are refused");
+  }
   Entries entries;
   for (MediaChunk* entry : parser.entries().list()) {
     const ChunkAccess access(*entry);

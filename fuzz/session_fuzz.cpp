@@ -1,10 +1,6 @@
 // Whole sessions: a file, and a script of the calls that an engine makes on the plug-in through its
 // entry point and interfaces. Input: length of the script, script, bytes of the file.
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
-
+#include "cost.h"
 #include "host/session/chunk.h"
 #include "host/session/host_container.h"
 #include "host/session/playback_clock.h"
@@ -15,6 +11,7 @@
 #include "ombe_core/subtitle_control_interface.h"
 #include "ombe_core/subtitle_settings.h"
 #include "support.h"
+#include "temporary_file.h"
 
 using namespace Ombe;  // NOLINT(google-build-using-namespace)
 using ombe_fuzz::Input;
@@ -119,22 +116,18 @@ class Session {
   ContainerInterface* container_ = nullptr;
 };
 
-/// The file that is opened; removed at the end of the process.
-struct File {
-  ~File() { std::filesystem::remove(path); }
-  const std::string path =
-      std::filesystem::temp_directory_path() / ("ombe-" + std::to_string(::getpid()) + ".sub");
-};
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const File file;
+  static const ombe_fuzz::TemporaryFile file;
   Logger::instance().setSink([](const LogRecord& record) { require(record.line > 0, "a line"); });
   Input input(data, size);
   Input script(input.take(input.number() % 64U));
-  std::ofstream(file.path, std::ios::binary) << input.rest;
+  file.write(input.rest);
   Session session;
-  while (!script.rest.empty()) session.step(script, file.path);
+  while (!script.rest.empty()) {
+    const ombe_fuzz::CostLimit limit(input.rest.size(), {0.7, 120, 45});
+    session.step(script, file.path);
+  }
   return 0;
 }

@@ -1,6 +1,7 @@
 // Style codes: one marker at most becomes tags, and what stands behind it stays.
 #include <cctype>
 
+#include "cost.h"
 #include "microdvd/lines/style_codes.h"
 #include "support.h"
 
@@ -33,8 +34,13 @@ std::string translated(const std::string& text) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const ExactText text({reinterpret_cast<const char*>(data), size});
-  const Ombe::StyledText styled = Ombe::translateStyleCodes(text.view());
-  const std::string result = styled.str();
+  Ombe::StyledText styled;
+  std::string result;
+  {
+    const ombe_fuzz::CostLimit limit(size, {0.008, 2, 0.6});
+    styled = Ombe::translateStyleCodes(text.view());
+    result = styled.str();
+  }
   require(result == translated(std::string(text.view())), "the tags of the plain translation");
   require(text.view().ends_with(styled.body), "the text behind the marker is kept");
   require(text.view().size() - styled.body.size() <= 11, "one marker at most is taken out");

@@ -1,4 +1,5 @@
 // The tokenizer finds the tokens, and leaves the text, that looking at byte after byte does.
+#include "cost.h"
 #include "microdvd/lines/text_tokenizer.h"
 #include "support.h"
 
@@ -29,6 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const ExactText copy(input.rest);
   Ombe::TextTokenizer tokenizer(text.block.get());
   char* at = copy.block.get();
+  const ombe_fuzz::CostLimit limit(size, {0, 0, 25});
   for (int ends = 0; ends < 2;) {
     std::uint32_t reported = 0;
     std::uint32_t expected = 0;
