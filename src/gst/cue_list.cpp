@@ -19,9 +19,8 @@ void CueList::add(std::int64_t start, std::int64_t end, std::string_view text) {
 }
 
 void CueList::cut() {
-  const auto earlier = [](const Subtitle& a, const Subtitle& b) { return a.start < b.start; };
-  if (!std::is_sorted(subtitles_.begin(), subtitles_.end(), earlier)) {
-    std::stable_sort(subtitles_.begin(), subtitles_.end(), earlier);
+  if (!std::ranges::is_sorted(subtitles_, {}, &Subtitle::start)) {
+    std::ranges::stable_sort(subtitles_, {}, &Subtitle::start);
   }
   cues_.reserve(subtitles_.size());
   shown_.reserve(subtitles_.size());
@@ -47,15 +46,13 @@ void CueList::showUntil(std::int64_t time, std::vector<std::uint32_t>& showing) 
 }
 
 std::size_t CueList::firstEndingAfter(std::int64_t time) const {
-  const auto isOver = [time](const Cue& cue) { return cue.end <= time; };
-  return static_cast<std::size_t>(std::partition_point(cues_.begin(), cues_.end(), isOver) -
-                                  cues_.begin());
+  const auto found = std::ranges::upper_bound(cues_, time, {}, &Cue::end);
+  return static_cast<std::size_t>(found - cues_.begin());
 }
 
 std::size_t CueList::firstStartingAt(std::int64_t time) const {
-  const auto isBefore = [time](const Cue& cue) { return cue.start < time; };
-  return static_cast<std::size_t>(std::partition_point(cues_.begin(), cues_.end(), isBefore) -
-                                  cues_.begin());
+  const auto found = std::ranges::lower_bound(cues_, time, {}, &Cue::start);
+  return static_cast<std::size_t>(found - cues_.begin());
 }
 
 }  // namespace Ombe

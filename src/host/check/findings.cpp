@@ -156,9 +156,8 @@ void Findings::add(const Finding& finding, std::string detail) {
 }
 
 void Findings::sort() {
-  std::sort(kept_.begin(), kept_.end(), [](const Finding& a, const Finding& b) {
-    return a.line != b.line ? a.line < b.line : a.kind < b.kind;
-  });
+  std::ranges::sort(
+      kept_, {}, [](const Finding& one) { return std::pair(std::uint32_t{one.line}, one.kind); });
 }
 
 std::map<std::string_view, std::size_t> Findings::omitted() const {

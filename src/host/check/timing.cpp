@@ -7,9 +7,8 @@ namespace Ombe {
 void checkTiming(std::vector<TimedLine>& subtitles, Findings& findings) {
   constexpr std::uint32_t kLongestUsual = 20000;  // milliseconds
   // In the order of delivery.
-  std::sort(subtitles.begin(), subtitles.end(), [](const TimedLine& a, const TimedLine& b) {
-    return std::tie(a.start, a.line) < std::tie(b.start, b.line);
-  });
+  std::ranges::sort(subtitles, {},
+                    [](const TimedLine& line) { return std::tie(line.start, line.line); });
   const TimedLine* latest = nullptr;  // the one that ends last so far
   const auto add = [&](Kind kind, const TimedLine& now, std::uint32_t milliseconds) {
     findings.add({kind, now.line, latest == nullptr ? 0 : latest->line, milliseconds});

@@ -134,9 +134,7 @@ ExitCode runCommandLine(int argc, char** argv) {
     return explain(app, end, commands);
   }
   const std::string named = app.get_subcommands().front()->get_name();
-  return std::find_if(commands.begin(), commands.end(),
-                      [&](const Command& command) { return command.name == named; })
-      ->run();
+  return std::ranges::find(commands, named, &Command::name)->run();
 }
 
 }  // namespace Ombe

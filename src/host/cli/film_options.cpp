@@ -63,9 +63,8 @@ Ratio askedRate(const std::string& film) {
 }  // namespace
 
 Command withFilmTimes(Command command, FilmTimes& times, const SessionOptions& session) {
-  const auto place =
-      std::find_if(command.options.begin(), command.options.end(),
-                   [](const Option& option) { return option.names.back() == "--frame-rate"; });
+  const auto place = std::ranges::find_if(
+      command.options, [](const Option& option) { return option.names.back() == "--frame-rate"; });
   const auto film = std::make_shared<std::string>();
   command.options.insert(place + 1, {fitOption(*film), syncOption(times)});
   command.run = [run = std::move(command.run), film, &times, &session] {

@@ -34,9 +34,7 @@ const char* fateName(Fate fate) {
 }
 
 std::size_t Repair::count(Fate fate) const {
-  return static_cast<std::size_t>(
-      std::count_if(changes.begin(), changes.end(),
-                    [fate](const LineChange& change) { return change.fate == fate; }));
+  return static_cast<std::size_t>(std::ranges::count(changes, fate, &LineChange::fate));
 }
 
 Repair repair(std::string text, const RepairOptions& options) {
@@ -47,9 +45,7 @@ Repair repair(std::string text, const RepairOptions& options) {
     return result;
   }
   mendLines(std::move(text), options.rate, result);
-  std::stable_sort(
-      result.changes.begin(), result.changes.end(),
-      [](const LineChange& left, const LineChange& right) { return left.line < right.line; });
+  std::ranges::stable_sort(result.changes, {}, &LineChange::line);
   return result;
 }
 

@@ -94,9 +94,7 @@ std::string headerText(FrameRate rate) {
 
 void retime(Repair& repair, const Retiming& timing) {
   Retimer(repair, timing).run();
-  std::stable_sort(
-      repair.changes.begin(), repair.changes.end(),
-      [](const LineChange& left, const LineChange& right) { return left.line < right.line; });
+  std::ranges::stable_sort(repair.changes, {}, &LineChange::line);
 }
 
 }  // namespace Ombe

@@ -42,9 +42,7 @@ class FolderSearch {
       search(next);
     }
     if (found_.empty()) add(Kind::kSkipped, folder_, "holds no file that ends in .sub or .txt");
-    std::sort(found_.begin(), found_.end(), [](const NamedSource& left, const NamedSource& right) {
-      return left.path < right.path;
-    });
+    std::ranges::sort(found_, {}, &NamedSource::path);
     return std::move(found_);
   }
 

@@ -36,10 +36,8 @@ void Marks::shift(double milliseconds) {
 /// The new one stands last.
 std::vector<Marks::Mark> Marks::with(Mark mark) const {
   std::vector<Mark> marks = marks_;
-  const auto nearest =
-      std::min_element(marks.begin(), marks.end(), [mark](const Mark& left, const Mark& right) {
-        return std::abs(left.frame - mark.frame) < std::abs(right.frame - mark.frame);
-      });
+  const auto distance = [mark](const Mark& other) { return std::abs(other.frame - mark.frame); };
+  const auto nearest = std::ranges::min_element(marks, {}, distance);
   const bool replaces =
       nearest != marks.end() && (marks.size() == 2 || nearest->frame == mark.frame);
   if (replaces) marks.erase(nearest);

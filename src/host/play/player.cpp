@@ -108,9 +108,7 @@ void Player::catchUp(microseconds from) {
       static_cast<std::int32_t>(std::min<std::int64_t>(position(), PlaybackClock::kEnd)));
   readDue();
   if (forward() && allRead_ && position_ > from) {
-    const auto last =
-        std::max_element(captions_.begin(), captions_.end(),
-                         [](const Caption& a, const Caption& b) { return a.end < b.end; });
+    const auto last = std::ranges::max_element(captions_, {}, &Caption::end);
     const milliseconds end(last == captions_.end() ? 0 : last->end);
     position_ = std::min<microseconds>(position_, std::max<microseconds>(from, end));
   }

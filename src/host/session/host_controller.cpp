@@ -20,8 +20,7 @@ class HostController::Calling {
   Calling& operator=(const Calling&) = delete;
   ~Calling() {
     lock_.lock();
-    controller_.calls_.erase(
-        std::find(controller_.calls_.begin(), controller_.calls_.end(), call_));
+    controller_.calls_.erase(std::ranges::find(controller_.calls_, call_));
     controller_.callEnded_.notify_all();
   }
 
@@ -80,8 +79,7 @@ bool HostController::isRegistered(const SettingConsumer* consumer) const {
 }
 
 HostController::Entry* HostController::find(const Setting& setting) {
-  const auto found = std::find_if(entries_.begin(), entries_.end(),
-                                  [&](const Entry& entry) { return entry.setting == setting; });
+  const auto found = std::ranges::find(entries_, setting, &Entry::setting);
   return found == entries_.end() ? nullptr : &*found;
 }
 

@@ -60,10 +60,8 @@ std::optional<Timing> timingFor(SyncPoint first, SyncPoint second, double rate) 
   constexpr double kAtLeast = 24 * 3600 * 1000.0;  // ms that no film exceeds
   constexpr double kError = 0.1;                   // ms that the rate may add by then
   const double wanted = rate * ((second.from - first.from) / (second.to - first.to));
-  const auto isNearer = [wanted](Ratio left, Ratio right) {
-    return std::abs(perSecond(left) - wanted) < std::abs(perSecond(right) - wanted);
-  };
-  std::vector rates{*std::min_element(std::begin(kUsualRates), std::end(kUsualRates), isNearer)};
+  const auto distance = [wanted](Ratio usual) { return std::abs(perSecond(usual) - wanted); };
+  std::vector rates{std::ranges::min(kUsualRates, {}, distance)};
   const double last = std::max({first.to, second.to, kAtLeast});
   if (const auto exact = simplestRatio(wanted, kError / last)) rates.push_back(*exact);
   for (const Ratio candidate : rates) {

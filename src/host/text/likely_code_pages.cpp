@@ -73,9 +73,7 @@ struct Candidate {
 /// The candidate of that name among all, made if need be.
 Candidate& candidateFor(const std::string& codePage, std::string_view text,
                         std::vector<Candidate>& all, CharacterTable& table) {
-  const auto found = std::find_if(all.begin(), all.end(), [&](const Candidate& candidate) {
-    return candidate.codePage == codePage;
-  });
+  const auto found = std::ranges::find(all, codePage, &Candidate::codePage);
   if (found != all.end()) return *found;
   CodePageReader reader(codePage, CodePageReader::Unreadable::kReplace);
   return all.emplace_back(codePage, reader.units(text), table);
@@ -103,16 +101,12 @@ std::vector<Candidate> candidatesFor(std::string_view text) {
 
 std::vector<std::string> likelyCodePages(std::string_view text) {
   std::vector<Candidate> all = candidatesFor(sampleOf(text));
-  std::stable_sort(all.begin(), all.end(), [](const Candidate& left, const Candidate& right) {
-    return left.cost < right.cost;
-  });
+  std::ranges::stable_sort(all, {}, &Candidate::cost);
   const double dearest = std::min(kIncredibleCost, all.front().costOfOne() + kMuchDearer);
   std::vector<const Candidate*> likely;
   for (const Candidate& candidate : all) {
     if (likely.size() == kSuggestions || candidate.costOfOne() > dearest) break;
-    const bool isNew = std::none_of(likely.begin(), likely.end(), [&](const Candidate* other) {
-      return other->text == candidate.text;
-    });
+    const bool isNew = !std::ranges::count(likely, candidate.text, &Candidate::text);
     if (isNew) likely.push_back(&candidate);
   }
   std::vector<std::string> names;

@@ -57,8 +57,7 @@ std::string visibleLine(std::string_view text) { return shown(text, "\t"); }
 std::string escaped(std::string_view text, std::initializer_list<Escape> escapes) {
   std::string out;
   for (const char c : text) {
-    const auto* found = std::find_if(escapes.begin(), escapes.end(),
-                                     [c](const Escape& escape) { return escape.character == c; });
+    const auto* found = std::ranges::find(escapes, c, &Escape::character);
     found == escapes.end() ? out += c : out += found->words;
   }
   return out;

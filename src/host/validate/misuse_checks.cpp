@@ -175,9 +175,7 @@ const std::string& smallSample(const Subject& subject) {
   requireSamples(subject);
   std::error_code error;
   const auto sizeOf = [&](const std::string& sample) { return fs::file_size(sample, error); };
-  const auto smallest = std::min_element(
-      subject.samples.begin(), subject.samples.end(),
-      [&](const auto& one, const auto& other) { return sizeOf(one) < sizeOf(other); });
+  const auto smallest = std::ranges::min_element(subject.samples, {}, sizeOf);
   if (sizeOf(*smallest) > kLargest) report(Outcome::kNeedsSample, "name a file of 64 KiB at most");
   return *smallest;
 }

@@ -71,10 +71,8 @@ void announcesOnActivation(Playing& playing) {
 void selectsOne(Playing& playing) {
   const auto calls = playing.record.take();
   expectSame("calls of selectStream in an activation", 1LL, countOf(calls, "selectStream") + 0LL);
-  const auto after = std::find_if(calls.begin(), calls.end(), [](const std::string& call) {
-    return call.starts_with("selectStream");
-  });
-  expect(countOf({after, calls.end()}, "announceStream") == 0,
+  const auto isSelection = [](const std::string& call) { return call.starts_with("selectStream"); };
+  expect(countOf({std::ranges::find_if(calls, isSelection), calls.end()}, "announceStream") == 0,
          "a stream was announced after one had been selected");
 }
 

@@ -92,8 +92,8 @@ void seeksToEach(Playing& playing) {
   const auto entries = entriesOf(stream);
   for (const std::string& entry : entries) {
     const std::uint32_t time = startOf(entry);
-    const std::string& shown = *std::find_if(entries.begin(), entries.end(),
-                                             [&](const auto& one) { return endOf(one) >= time; });
+    const auto isShown = [&](const std::string& one) { return endOf(one) >= time; };
+    const std::string& shown = *std::ranges::find_if(entries, isShown);
     std::uint32_t found = ~time;
     expectSame("seekStream to " + valueText(time), kSuccess, stream.seekStream(time, &found, true));
     expectSame("its output", startOf(shown), found);

@@ -22,8 +22,8 @@ bool isNamed(const ContractCheck& check, const std::string& name) {
 }
 
 bool isChosen(const ContractCheck& check, const std::vector<std::string>& only) {
-  return only.empty() || std::any_of(only.begin(), only.end(),
-                                     [&](const std::string& name) { return isNamed(check, name); });
+  return only.empty() ||
+         std::ranges::any_of(only, [&](const std::string& name) { return isNamed(check, name); });
 }
 
 }  // namespace
@@ -39,18 +39,15 @@ std::vector<ContractCheck> allContractChecks() {
 }
 
 std::size_t Validation::count(Outcome outcome) const {
-  return static_cast<std::size_t>(std::count_if(
-      judgements.begin(), judgements.end(),
-      [&](const Judgement& judgement) { return judgement.verdict.outcome == outcome; }));
+  return static_cast<std::size_t>(std::ranges::count(
+      judgements, outcome, [](const Judgement& judgement) { return judgement.verdict.outcome; }));
 }
 
 std::vector<std::string> unknownNames(const std::vector<std::string>& names) {
-  const std::vector<ContractCheck> all = allContractChecks();
-  std::vector<std::string> unknown;
-  std::copy_if(names.begin(), names.end(), std::back_inserter(unknown), [&](const auto& name) {
-    return std::none_of(all.begin(), all.end(),
-                        [&](const ContractCheck& check) { return isNamed(check, name); });
-  });
+  std::vector<std::string> unknown = names;
+  for (const ContractCheck& check : allContractChecks()) {
+    std::erase_if(unknown, [&](const std::string& name) { return isNamed(check, name); });
+  }
   return unknown;
 }
 
