@@ -1,10 +1,10 @@
 // The element's properties; all but `plugin` take effect while playing.
+#include <variant>
+
 #include "gst/element.h"
 
 namespace Ombe {
 namespace {
-
-enum Property { kNone, kSubtitleEncoding, kVideoFps, kFrameRate, kColorOrder, kPlugin };
 
 GType colorOrderType() {
   static const GEnumValue values[] = {
@@ -15,46 +15,46 @@ GType colorOrderType() {
   return type;
 }
 
-Ratio ratioIn(const GValue* value) {
-  return {static_cast<std::uint32_t>(gst_value_get_fraction_numerator(value)),
-          static_cast<std::uint32_t>(gst_value_get_fraction_denominator(value))};
-}
+/// Where the value of a property is kept.
+using Place = std::variant<std::string ReadingSettings::*, Ratio ReadingSettings::*,
+                           ColorOrder ReadingSettings::*>;
 
-void giveRatio(Ratio ratio, GValue* value) {
-  gst_value_set_fraction(value, static_cast<int>(ratio.numerator),
-                         static_cast<int>(ratio.denominator));
-}
+/// That of each property; they are numbered from 1.
+constexpr Place kPlaces[] = {&ReadingSettings::codePage, &ReadingSettings::videoRate,
+                             &ReadingSettings::frameRate, &ReadingSettings::colorOrder,
+                             &ReadingSettings::plugin};
+constexpr guint kPlugin = std::size(kPlaces);  // the last
 
-std::string textIn(const GValue* value) {
+void take(const GValue* value, std::string& setting) {
   const char* text = g_value_get_string(value);
-  return text == nullptr ? "" : text;
+  setting = text == nullptr ? "" : text;
 }
+
+void take(const GValue* value, Ratio& setting) {
+  setting = {static_cast<std::uint32_t>(gst_value_get_fraction_numerator(value)),
+             static_cast<std::uint32_t>(gst_value_get_fraction_denominator(value))};
+}
+
+void take(const GValue* value, ColorOrder& setting) {
+  setting = static_cast<ColorOrder>(g_value_get_enum(value));
+}
+
+void give(const std::string& setting, GValue* value) { g_value_set_string(value, setting.c_str()); }
+
+void give(Ratio setting, GValue* value) {
+  gst_value_set_fraction(value, static_cast<int>(setting.numerator),
+                         static_cast<int>(setting.denominator));
+}
+
+void give(ColorOrder setting, GValue* value) { g_value_set_enum(value, static_cast<int>(setting)); }
 
 void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* /*spec*/) {
   ElementState& state = *elementOf(object)->state;
   {
     const std::lock_guard lock(state.mutex);
     const ReadingSettings before = state.settings;
-    switch (static_cast<Property>(id)) {
-      case kNone:
-        return;
-      case kSubtitleEncoding:
-        state.settings.codePage = textIn(value);
-        break;
-      case kVideoFps:
-        state.settings.videoRate = ratioIn(value);
-        break;
-      case kFrameRate:
-        state.settings.frameRate = ratioIn(value);
-        break;
-      case kColorOrder:
-        state.settings.colorOrder = static_cast<ColorOrder>(g_value_get_enum(value));
-        break;
-      case kPlugin:
-        state.settings.plugin = textIn(value);
-        return;
-    }
-    if (state.settings == before) return;  // overlays repeat what they set
+    std::visit([&](auto place) { take(value, state.settings.*place); }, kPlaces[id - 1]);
+    if (id == kPlugin || state.settings == before) return;  // overlays repeat what they set
   }
   settingsChanged(elementOf(object));
 }
@@ -62,25 +62,7 @@ void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* /*s
 void getProperty(GObject* object, guint id, GValue* value, GParamSpec* /*spec*/) {
   ElementState& state = *elementOf(object)->state;
   const std::lock_guard lock(state.mutex);
-  switch (static_cast<Property>(id)) {
-    case kNone:
-      return;
-    case kSubtitleEncoding:
-      g_value_set_string(value, state.settings.codePage.c_str());
-      return;
-    case kVideoFps:
-      giveRatio(state.settings.videoRate, value);
-      return;
-    case kFrameRate:
-      giveRatio(state.settings.frameRate, value);
-      return;
-    case kColorOrder:
-      g_value_set_enum(value, static_cast<int>(state.settings.colorOrder));
-      return;
-    case kPlugin:
-      g_value_set_string(value, state.settings.plugin.c_str());
-      return;
-  }
+  std::visit([&](auto place) { give(state.settings.*place, value); }, kPlaces[id - 1]);
 }
 
 }  // namespace
@@ -96,27 +78,21 @@ void installProperties(GObjectClass* object) {
   };
   object->set_property = setProperty;
   object->get_property = getProperty;
-  g_object_class_install_property(
-      object, kSubtitleEncoding,
+  GParamSpec* specs[] = {
+      nullptr,  // number 0 is none
       g_param_spec_string("subtitle-encoding", "Subtitle encoding",
                           "Code page of texts without an encoding signature; empty for UTF-8", "",
-                          kAnyTime));
-  g_object_class_install_property(
-      object, kVideoFps,
-      rate("video-fps", "Video frame rate", "Frame rate of the film, for files that state none"));
-  g_object_class_install_property(
-      object, kFrameRate,
+                          kAnyTime),
+      rate("video-fps", "Video frame rate", "Frame rate of the film, for files that state none"),
       rate("frame-rate", "Frame rate",
            "Frame rate that frame numbers are counted with, whatever the file states; 0/1 for its "
-           "own"));
-  g_object_class_install_property(
-      object, kColorOrder,
+           "own"),
       g_param_spec_enum("color-order", "Color order", "How the six digits of a colour are meant",
-                        colorOrderType(), static_cast<int>(ColorOrder::kRgb), kAnyTime));
-  g_object_class_install_property(
-      object, kPlugin,
+                        colorOrderType(), static_cast<int>(ColorOrder::kRgb), kAnyTime),
       g_param_spec_string("plugin", "Plug-in",
-                          "Path of the engine's plug-in; empty to search for it", "", kWhenReady));
+                          "Path of the engine's plug-in; empty to search for it", "", kWhenReady)};
+  static_assert(std::size(specs) == std::size(kPlaces) + 1);
+  g_object_class_install_properties(object, std::size(specs), specs);
 }
 
 }  // namespace Ombe
