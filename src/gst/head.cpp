@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "host/check/fitted_times.h"
 #include "microdvd/lines/line_scan.h"
-#include "microdvd/lines/rate_in_force.h"
 #include "microdvd/lines/text_tokenizer.h"
 
 namespace Ombe {
@@ -32,18 +32,6 @@ bool beginsAsMicroDVD(std::string_view head) {
   return line != nullptr && scanLine(line).count >= 2;
 }
 
-bool statesFrameRate(std::string_view head) {
-  std::string text = inAscii(head);
-  TextTokenizer lines(text.data());
-  RateInForce rate;
-  while (const char* line = lines.nextToken("\r\n", nullptr)) {
-    const ScannedLine scanned = scanLine(line);
-    if (scanned.count == 2) continue;  // no text, so it is no header and no subtitle
-    std::string header(scanned.count == 3 ? scanned.text : "", scanned.textLength);
-    if (scanned.count != 3 || !rate.take(scanned, header.data()).isHeader) return false;
-    if (rate.rate().isSet()) return true;
-  }
-  return false;
-}
+bool statesFrameRate(std::string_view head) { return statedRate(inAscii(head)).isSet(); }
 
 }  // namespace Ombe
