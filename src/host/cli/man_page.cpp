@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "host/cli/descriptions.h"
+#include "host/text/visible_text.h"
 
 namespace Ombe {
 namespace {
@@ -27,25 +28,14 @@ const std::vector<Meaning> kEnvironment = {
      "if not set"},
 };
 
-/// Backslashes, dashes and quotes as troff shows them; no line begins with a control character.
-std::string escaped(std::string_view text) {
-  std::string out;
-  for (const char c : text) {
-    if ((c == '.' || c == '\'') && (out.empty() || out.back() == '\n')) out += "\\&";
-    if (c == '\\') {
-      out += "\\e";
-    } else if (c == '-') {
-      out += "\\-";
-    } else if (c == '\'') {
-      out += "\\(aq";
-    } else {
-      out += c;
-    }
-  }
-  return out;
+/// A line with backslashes, dashes and quotes as troff shows them. It begins with no control
+/// character.
+std::string inTroff(std::string_view text) {
+  const bool mayControl = text.starts_with('.') || text.starts_with('\'');
+  return (mayControl ? "\\&" : "") + escaped(text, {{'\\', "\\e"}, {'-', "\\-"}, {'\'', "\\(aq"}});
 }
 
-std::string bold(std::string_view text) { return "\\fB" + escaped(text) + "\\fR"; }
+std::string bold(std::string_view text) { return "\\fB" + inTroff(text) + "\\fR"; }
 
 void appendSection(std::string& out, std::string_view title) {
   out.append(".SH ").append(title).append("\n");
@@ -54,35 +44,35 @@ void appendSection(std::string& out, std::string_view title) {
 void appendOption(std::string& out, const Option& option) {
   std::vector<std::string> names;
   for (const std::string& name : option.names) {
-    names.push_back(option.isPositional() ? "\\fI" + escaped(name) + "\\fR" : bold(name));
+    names.push_back(option.isPositional() ? "\\fI" + inTroff(name) + "\\fR" : bold(name));
   }
   out += fmt::format(".TP\n{}", fmt::join(names, ", "));
-  if (!option.value.empty()) out += " \\fI" + escaped(option.value) + "\\fR";
+  if (!option.value.empty()) out += " \\fI" + inTroff(option.value) + "\\fR";
   std::string text = option.purpose;
   if (!option.choices.empty()) text += fmt::format(" ({})", fmt::join(option.choices, ", "));
   if (option.range) text += fmt::format(" ({} to {})", option.range->first, option.range->second);
   if (!option.initial.empty()) text += "; by default " + option.initial;
   if (!option.more.empty()) text += ". " + option.more;
-  out += "\n" + escaped(text) + "\n";
+  out += "\n" + inTroff(text) + "\n";
 }
 
 /// One paragraph for each of its lines.
 void appendFooter(std::string& out, std::string_view footer) {
   while (!footer.empty()) {
     const std::size_t end = std::min(footer.find('\n'), footer.size());
-    out.append(".PP\n").append(escaped(footer.substr(0, end))).append("\n");
+    out.append(".PP\n").append(inTroff(footer.substr(0, end))).append("\n");
     footer.remove_prefix(std::min(end + 1, footer.size()));
   }
 }
 
 void appendMeanings(std::string& out, const std::vector<Meaning>& meanings) {
   for (const auto& [name, meaning] : meanings) {
-    out.append(".TP\n").append(bold(name)).append("\n").append(escaped(meaning)).append("\n");
+    out.append(".TP\n").append(bold(name)).append("\n").append(inTroff(meaning)).append("\n");
   }
 }
 
 void appendCommand(std::string& out, const Command& command) {
-  out.append(".SS ").append(command.name).append("\n").append(escaped(command.purpose));
+  out.append(".SS ").append(command.name).append("\n").append(inTroff(command.purpose));
   out += ".\n";
   std::vector<std::string> shared;
   for (const Option& option : command.options) {
@@ -119,7 +109,7 @@ std::string manPage(const std::string& version, const std::vector<Command>& comm
   appendSection(out, "SYNOPSIS");
   out += bold("ombe") + " \\fICOMMAND\\fR [\\fIOPTION\\fR...] [\\fIFILE\\fR...]\n";
   appendSection(out, "DESCRIPTION");
-  out += escaped(program.purpose) + "\n";
+  out += inTroff(program.purpose) + "\n";
   appendSection(out, "OPTIONS");
   for (const Option& option : program.options) appendOption(out, option);
   appendSection(out, "COMMANDS");
