@@ -1,7 +1,5 @@
 #include "host/export/export.h"
 
-#include <optional>
-
 #include "host/cli/common_options.h"
 #include "host/cli/film_options.h"
 
@@ -10,16 +8,8 @@ namespace {
 
 struct Asked {
   std::vector<std::string> files;
-  std::optional<std::string> format;
   ExportOptions options;
 };
-
-ExitCode exportAsked(const Asked& asked) {
-  ExportOptions options = asked.options;
-  options.takesEnding = !asked.format;
-  if (asked.format) options.writer.format = *asked.format;
-  return exportSources(asked.files, options);
-}
 
 std::vector<Option> ownOptions(Asked& asked) {
   ExportOptions& options = asked.options;
@@ -31,7 +21,7 @@ std::vector<Option> ownOptions(Asked& asked) {
                             .choices = writerNames(),
                             .initial = options.writer.format,
                             .more = "Without it, the ending of OUT or NAME may say another.",
-                            .set = into(asked.format)}});
+                            .set = into(options.format)}});
   own.insert(own.end(),
              {jobsOption(options.jobs),
               {.names = {"--vtt-style"},
@@ -52,7 +42,7 @@ Command exportCommand() {
                          "Example: ombe export movie.sub --frame-rate 23.976 -o movie.srt\n"
                          "         ombe export -f vtt films/ -o out/",
                      .options = withSourceOptions(ownOptions(*asked), session),
-                     .run = [asked] { return exportAsked(*asked); }};
+                     .run = [asked] { return exportSources(asked->files, asked->options); }};
   return withFilmTimes(std::move(command), asked->options.times, session);
 }
 

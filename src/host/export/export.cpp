@@ -113,7 +113,7 @@ ExitCode exportSources(const std::vector<std::string>& sources, ExportOptions op
   }
   std::string& format = options.writer.format;
   const bool isEach = isBatch(sources, choice);
-  if (options.takesEnding) format = formatOf(isEach ? choice.name : choice.output, format);
+  format = options.format.value_or(formatOf(isEach ? choice.name : choice.output, format));
   if (!isEach) return exportOne(sources.front(), options);
   auto items = planOutputs(sources, choice, "." + format);
   refuseOverwriting(items);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,8 @@ struct ExportOptions {
   SessionOptions session = {};
   FilmTimes times = {};
   WriterOptions writer = {};
-  bool takesEnding = false;  ///< write the format that the ending of the output's name stands for
+  /// To write instead; without it, what the ending of the output's name stands for, if anything.
+  std::optional<std::string> format = std::nullopt;
   OutputChoice choice = {};
   std::size_t jobs = 0;  ///< threads; 0 for as many as there are processors
 };
