@@ -86,19 +86,6 @@ Totals checkEach(const CheckOptions& options, const Take& take) {
   Totals totals;
   const std::vector<NamedSource> sources = namedSources(options.files);
   std::vector<std::optional<CheckReport>> reports(sources.size());
-  const auto report = [&](const NamedSource& source, const CheckReport* found) {
-    if (found == nullptr)
-      return reportError(fmt::format("{}: skipped: {}", source.path, source.reason));
-    const bool isOther =
-        !source.folder.empty() && source.path.ends_with(".txt") && found->failed == Step::kProbe;
-    if (isOther) {
-      ++totals.otherTexts;
-      return;
-    }
-    if (found->choice) reportError(found->file + ": " + describe(*found->choice));
-    totals.add(*found);
-    if (!options.isQuiet || !found->findings.counts().empty()) take(*found);
-  };
   runInOrder(
       sources.size(), options.jobs,
       [&](std::size_t number) {
@@ -106,8 +93,15 @@ Totals checkEach(const CheckOptions& options, const Take& take) {
         reports[number] = checkSource(sources[number], options);
       },
       [&](std::size_t number) {
+        const NamedSource& source = sources[number];
         const auto found = std::exchange(reports[number], std::nullopt);
-        report(sources[number], found ? &*found : nullptr);
+        if (!found) return reportError(fmt::format("{}: skipped: {}", source.path, source.reason));
+        const bool isOther = !source.folder.empty() && source.path.ends_with(".txt") &&
+                             found->failed == Step::kProbe;
+        if (isOther) return static_cast<void>(++totals.otherTexts);
+        if (found->choice) reportError(found->file + ": " + describe(*found->choice));
+        totals.add(*found);
+        if (!options.isQuiet || !found->findings.counts().empty()) take(*found);
       },
       [&](std::size_t number) { return sources[number].path; });
   return totals;
