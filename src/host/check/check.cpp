@@ -4,13 +4,12 @@
 #include <filesystem>
 #include <new>
 
+#include "host/check/fitted_times.h"
 #include "host/check/passes.h"
 #include "host/io/descriptor_io.h"
 #include "host/io/failure.h"
 #include "host/io/input_file.h"
 #include "host/session/source.h"
-#include "host/text/utf8_scan.h"
-#include "ombe_core/subtitle_settings.h"
 
 namespace Ombe {
 namespace {
@@ -19,13 +18,9 @@ namespace {
 constexpr std::uintmax_t kLargestUnrecognised = std::uintmax_t{64} << 20;
 
 void describe(Session& session, Answer& answer) {
-  SettingValue value;
-  HostController& settings = session.controller();
   answer.hasSignature = !session.signedCodePage().empty();
   answer.choice = session.codePageChoice();
-  if (settings.getValue(codePageSetting(), value) && value.asString() != nullptr) {
-    answer.codePage = std::string(view(*value.asString()));
-  }
+  answer.codePage = session.controller().codePage();
   answer.isMicroDVD = session.container().findMediaTypeRank(toByteString("text/x-sub")) >= 0;
 }
 
@@ -71,9 +66,7 @@ void explain(const std::string& path, const Answer& answer, const SessionOptions
     std::string bytes = readFile(path, size);
     if (answer.failed && !answer.hasSignature && isWide(bytes)) findings.add({Kind::kWide});
     findings.setText(textOf(std::move(bytes), answer, findings));
-    FrameRate user;
-    if (options.frameRate) user = {options.frameRate->numerator, options.frameRate->denominator};
-    checkLines(answer, user, report);
+    checkLines(answer, chosenRate(options.frameRate), report);
   }
   if (answer.failed && !findings.has(Severity::kError)) findings.add({Kind::kUnexplained});
 }

@@ -38,6 +38,10 @@ Timing stretched(Session& session, const std::string& path, const std::vector<Sy
 
 }  // namespace
 
+FrameRate chosenRate(const std::optional<Ratio>& rate) {
+  return rate ? FrameRate{rate->numerator, rate->denominator} : FrameRate();
+}
+
 FrameRate statedRate(std::string_view text) {
   RateInForce rate;
   while (!text.empty()) {

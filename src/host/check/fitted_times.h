@@ -12,6 +12,9 @@
 
 namespace Ombe {
 
+/// Unset where the file's own rate is to hold.
+FrameRate chosenRate(const std::optional<Ratio>& rate);
+
 struct FileRate {
   FrameRate rate;
   bool isStated;  ///< by a header line of the file, else it is the default

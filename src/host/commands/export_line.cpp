@@ -54,7 +54,7 @@ std::string syncWords(double fileRate, double rate, double offset) {
 /// A rate among the options goes before a header of the file, which then is a subtitle. So where
 /// there is a header, and it was no subtitle, points have to do.
 std::string timeWords(const Played& played, const Found& found) {
-  const bool wasAsked = chosenRate(played.session).isSet();
+  const bool wasAsked = chosenRate(played.session.frameRate).isSet();
   if (!wasAsked && found.rate.isSet() && played.fileRate && played.fileRate->isStated)
     return syncWords(played.fileRate->rate.perSecond(), found.rate.perSecond(), found.offsetMs);
   // With a rate that was asked for, the plug-in has read no header.
@@ -67,17 +67,11 @@ std::string timeWords(const Played& played, const Found& found) {
 
 }  // namespace
 
-FrameRate chosenRate(const SessionOptions& options) {
-  const Ratio rate = options.frameRate.value_or(Ratio{0, 0});
-  return {rate.numerator, rate.denominator};
-}
-
 Found Found::of(Session& session) {
   Found found;
   HostController& settings = session.controller();
   found.offsetMs = static_cast<std::int32_t>(session.host().getTimeOffset());
-  const Ratio set = settings.frameRate().value_or(Ratio{0, 0});
-  if (set.numerator != 0 && set.denominator != 0) found.rate = {set.numerator, set.denominator};
+  if (const FrameRate set = chosenRate(settings.frameRate()); set.isSet()) found.rate = set;
   if (!settings.isAutodetected()) found.codePage = settings.codePage();
   return found;
 }

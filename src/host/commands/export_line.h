@@ -11,9 +11,6 @@
 
 namespace Ombe {
 
-/// Unset where the file's own rate is to hold.
-FrameRate chosenRate(const SessionOptions& options);
-
 /// What of a session changes while it plays.
 struct Found {
   FrameRate rate;        ///< unset for the file's

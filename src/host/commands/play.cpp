@@ -62,15 +62,9 @@ std::vector<std::string> findLikelyCodePages(Session& session) {
   return garbled.likelyCodePages();
 }
 
-void write(std::string line) {
-  OutputFile output("-");
-  output.buffer() = std::move(line);
-  output.commit();
-}
-
 /// The signal that ended it, or 0. Everything is let go of on return.
 int run(const Asked& options) {
-  const bool onTerminal = options.play.interactive && isScreen();
+  const bool onTerminal = !options.play.printsLines && isScreen();
   ColorDepth depth = onTerminal ? ColorDepth::kNoColor : ColorDepth::kNoStyle;
   if (wantsColor(options.color, STDOUT_FILENO)) {
     depth = terminalColorDepth(environment("COLORTERM"), environment("TERM"));
@@ -86,7 +80,8 @@ int run(const Asked& options) {
       fitTimes(session, input.path(), options.times);
     });
     // With a rate that was chosen, the plug-in reads no header.
-    played.fileRate = fileRate(session, chosenRate(options.session).isSet() ? "" : input.path());
+    played.fileRate =
+        fileRate(session, chosenRate(options.session.frameRate).isSet() ? "" : input.path());
     if (const auto& rate = played.fileRate)
       play.fileRate = {rateText(*rate), rate->rate.perSecond()};
     if (const auto& choice = session.codePageChoice()) {
@@ -100,7 +95,7 @@ int run(const Asked& options) {
     const Found before = Found::of(session);
     const int signal = playOnTerminal(session, play, depth);
     const Found after = Found::of(session);
-    if (signal == 0 && !(before == after)) write(exportLine(played, after));
+    if (signal == 0 && !(before == after)) writeOutput("-", exportLine(played, after));
     return signal;
   }
   if (!play.likelyCodePages.empty() && !options.session.codePage) {
@@ -124,27 +119,24 @@ std::optional<std::int32_t> parseSpeed(const std::string& text) {
 }
 
 std::vector<Option> ownOptions(Asked& asked) {
-  const auto printLines = [&asked](const std::string& /*none*/) {
-    asked.play.interactive = false;
-    return true;
-  };
-  return {
-      fileOption(asked.files),
-      {.names = {"--start"},
-       .value = "TIME",
-       .purpose = "Where to begin",
-       .more = "Without it, at 0.",
-       .refusal = "is no time such as 90, 1:30 or 1:02:03.5",
-       .set = parsedInto(asked.play.start, parseTime)},
-      {.names = {"--speed"},
-       .value = "X",
-       .purpose = "Times the normal speed: 0.25, 2",
-       .more = "Without it, 1.",
-       .refusal = "must be between 0.001 and 1000000",
-       .set = parsedInto(asked.play.speed, parseSpeed)},
-      {.names = {"--no-interactive"}, .purpose = "Print lines, without keys", .set = printLines},
-      colorOption(asked.color),
-      colorOrderOption(asked.play.colorOrder)};
+  return {fileOption(asked.files),
+          {.names = {"--start"},
+           .value = "TIME",
+           .purpose = "Where to begin",
+           .more = "Without it, at 0.",
+           .refusal = "is no time such as 90, 1:30 or 1:02:03.5",
+           .set = parsedInto(asked.play.start, parseTime)},
+          {.names = {"--speed"},
+           .value = "X",
+           .purpose = "Times the normal speed: 0.25, 2",
+           .more = "Without it, 1.",
+           .refusal = "must be between 0.001 and 1000000",
+           .set = parsedInto(asked.play.speed, parseSpeed)},
+          {.names = {"--no-interactive"},
+           .purpose = "Print lines, without keys",
+           .set = into(asked.play.printsLines)},
+          colorOption(asked.color),
+          colorOrderOption(asked.play.colorOrder)};
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ std::optional<Retiming> retimingFor(const std::string& path, std::string_view te
     if (!timing)
       throw Failure(path, Step::kDeliver,
                     "its frame rate and the points make none that can be set");
-    rate = {timing->rate.numerator, timing->rate.denominator};
+    rate = chosenRate(timing->rate);
   }
   double frames = 0;
   for (const SyncPoint& point : points)
@@ -82,9 +82,8 @@ FixedText fixFile(const std::string& path, const FixOptions& options) {
   const bool isWide = codePage.empty() && decoded.codePage.starts_with("UTF-16");
   if (isWide) choice.reset();
   FixedText fixed{decoded.codePage, std::move(choice), decoded.isLossy, false, {}, {}};
-  RepairOptions repairOptions{{}, options.thorough};
   const auto& chosen = options.times.rate ? options.times.rate : options.session.frameRate;
-  if (chosen) repairOptions.rate = {chosen->numerator, chosen->denominator};
+  const RepairOptions repairOptions{chosenRate(chosen), options.thorough};
   const std::string other = otherKind(decoded.text);
   fixed.repair = repair(std::move(decoded.text), repairOptions);
   if (fixed.repair.text.empty()) {

@@ -14,7 +14,7 @@ namespace Ombe {
 struct PlayOptions {
   std::uint32_t start = 0;    ///< milliseconds
   std::int32_t speed = 1000;  ///< thousandths of the normal speed
-  bool interactive = true;    ///< where there is a terminal
+  bool printsLines = false;   ///< also on a terminal
   ColorOrder colorOrder = ColorOrder::kRgb;
   std::vector<std::string> likelyCodePages = {};  ///< guesses, to be offered
   OwnRate fileRate = {};                          ///< that holds unless one is chosen
