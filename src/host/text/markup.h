@@ -14,6 +14,7 @@ namespace Ombe {
 enum class ColorOrder { kRgb, kBgr };
 
 using Color = std::uint32_t;  ///< 0xRRGGBB
+inline constexpr int kColorDigits = 6;
 
 struct Tag {
   enum class Kind { kItalic, kBold, kUnderline, kFont };

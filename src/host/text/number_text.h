@@ -19,8 +19,10 @@ inline void appendNumber(std::string& out, std::uint64_t number) {
 }
 
 /// The last `digits` digits of the hexadecimal number.
-inline void appendHex(std::string& out, std::uint32_t number, int digits) {
-  while (--digits >= 0) out += "0123456789abcdef"[number >> digits * 4 & 0xF];
+inline std::string hexText(std::uint32_t number, int digits) {
+  std::string text;
+  while (--digits >= 0) text += "0123456789abcdef"[number >> digits * 4 & 0xF];
+  return text;
 }
 
 /// "HH:MM:SS,mmm" with the given byte before the milliseconds; more hours take more digits.

@@ -21,8 +21,7 @@ void appendEscape(std::string& out, char byte) {
     out += kLetters[at];
     return;
   }
-  out += 'u';
-  appendHex(out, static_cast<unsigned char>(byte), 4);
+  out += 'u' + hexText(static_cast<unsigned char>(byte), 4);
 }
 
 void appendText(std::string& out, std::string_view text) {

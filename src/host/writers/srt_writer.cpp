@@ -43,9 +43,7 @@ class SrtWriter final : public SubtitleWriter {
     std::string text(line.substr(0, tag->length));
     if (tag->closes && tag->kind == Tag::Kind::kBold) text = "</b>";
     if (tag->color && colorOrder_ != ColorOrder::kRgb) {
-      std::string digits;
-      appendHex(digits, *tag->color, 6);
-      text.replace(text.find('#') + 1, digits.size(), digits);
+      text.replace(text.find('#') + 1, kColorDigits, hexText(*tag->color, kColorDigits));
     }
     if (text.ends_with(kArrow))
       text.replace(text.size() - kArrow.size(), kArrow.size(), kBrokenArrow);

@@ -16,12 +16,6 @@ constexpr struct {
                 {0xFF0000, "red"},   {0xFFFF00, "yellow"}, {0xFF00FF, "magenta"},
                 {0x0000FF, "blue"},  {0x000000, "black"}};
 
-std::string hexDigits(Color color) {
-  std::string digits;
-  appendHex(digits, color, 6);
-  return digits;
-}
-
 bool isSpecial(char byte) {
   return byte == '&' || byte == '<' || byte == '>' || byte == '\0' ||
          static_cast<unsigned char>(byte) >= 0x80;
@@ -41,7 +35,7 @@ class VttWriter final : public SubtitleWriter {
     if (!hasStyle_) return;
     if (!otherColors_.empty()) out += "STYLE\n";
     for (const Color color : otherColors_) {
-      const std::string digits = hexDigits(color);
+      const std::string digits = hexText(color, kColorDigits);
       out.append("::cue(.c").append(digits).append(") { color: #").append(digits).append("; }\n");
     }
     if (!otherColors_.empty()) out += '\n';
@@ -52,7 +46,7 @@ class VttWriter final : public SubtitleWriter {
     std::vector<std::string> result = SubtitleWriter::remarks();
     if (hasStyle_ || otherColors_.empty()) return result;
     result.push_back("left out colours that are none of WebVTT's eight, such as #" +
-                     hexDigits(*otherColors_.begin()) + "; --vtt-style writes them");
+                     hexText(*otherColors_.begin(), kColorDigits) + "; --vtt-style writes them");
     return result;
   }
 
@@ -92,7 +86,7 @@ class VttWriter final : public SubtitleWriter {
       }
     }
     otherColors_.insert(color);
-    if (hasStyle_) out.append(".c").append(hexDigits(color));
+    if (hasStyle_) out.append(".c").append(hexText(color, kColorDigits));
   }
 
   /// Returns how many bytes it wrote in its own way.
