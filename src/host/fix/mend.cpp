@@ -1,3 +1,5 @@
+#include "host/fix/mend.h"
+
 #include <strings.h>
 
 #include <deque>
@@ -5,7 +7,6 @@
 #include <utility>
 
 #include "host/fix/draft.h"
-#include "host/fix/repair_steps.h"
 #include "host/fix/source_lines.h"
 #include "microdvd/lines/line_scan.h"
 
