@@ -55,6 +55,9 @@ CheckReport unreadable(const std::string& name, const std::string& reason);
 /// reason where the plug-in did not recognise or open it.
 void openExplained(Session& session, const InputFile& input, const SessionOptions& options);
 
+/// "try --code-page A, B or C", or what to do when nothing is likely.
+std::string codePageAdvice(const std::vector<std::string>& likely);
+
 /// What a file looks like that is not recognised, by its first bytes; empty for no idea.
 std::string looksOf(std::string_view head);
 

@@ -12,7 +12,7 @@
 
 #include "host/check/check.h"
 #include "host/text/code_page.h"
-#include "host/text/garbled_texts.h"
+#include "host/text/likely_code_pages.h"
 
 namespace Ombe {
 

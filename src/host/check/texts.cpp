@@ -1,5 +1,4 @@
 #include "host/check/passes.h"
-#include "host/text/code_page_advice.h"
 #include "host/text/utf8_scan.h"
 
 namespace Ombe {
@@ -16,6 +15,15 @@ bool holdsUnused(std::string_view text) {
 }
 
 }  // namespace
+
+std::string codePageAdvice(const std::vector<std::string>& likely) {
+  if (likely.empty()) return "name the code page with --code-page";
+  std::string advice = "try --code-page " + likely.front();
+  for (std::size_t i = 1; i < likely.size(); ++i) {
+    advice.append(i + 1 == likely.size() ? " or " : ", ").append(likely[i]);
+  }
+  return advice;
+}
 
 TextCheck::TextCheck(const std::string& codePage, Findings& findings)
     : findings_(findings), codePage_(codePage) {

@@ -19,7 +19,7 @@
 #include "host/play/controls.h"
 #include "host/play/player.h"
 #include "host/session/session.h"
-#include "host/text/garbled_texts.h"
+#include "host/text/likely_code_pages.h"
 #include "host/text/number_text.h"
 
 namespace Ombe {

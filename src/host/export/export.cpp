@@ -13,8 +13,7 @@
 #include "host/io/messages.h"
 #include "host/io/output_file.h"
 #include "host/session/subtitle.h"
-#include "host/text/code_page_advice.h"
-#include "host/text/garbled_texts.h"
+#include "host/text/likely_code_pages.h"
 #include "host/text/number_text.h"
 
 namespace Ombe {

@@ -11,7 +11,6 @@
 #include "host/io/descriptor_io.h"
 #include "host/io/failure.h"
 #include "host/session/source.h"
-#include "host/text/code_page_advice.h"
 
 namespace Ombe {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/text/garbled_texts.h"
+#include "host/text/likely_code_pages.h"
 #include "host/text/number_text.h"
 #include "host/text/utf8_scan.h"
 
@@ -31,17 +31,12 @@ CodePageChoice chooseCodePage(std::string_view bytes) {
 }
 
 std::string describe(const CodePageChoice& choice) {
-  switch (choice.ground) {
-    case CodePageChoice::Ground::kSignature:
-      return choice.codePage + ", by its signature";
-    case CodePageChoice::Ground::kUtf8:
-      return choice.lines == 0 ? "UTF-8" : "UTF-8, except for " + countText(choice.lines, "line");
-    case CodePageChoice::Ground::kGuess:
-      return choice.codePage + ", guessed from " + countText(choice.lines, "line");
-    case CodePageChoice::Ground::kNone:
-      return "no UTF-8, and no code page is likely";
-  }
-  return {};
+  using Ground = CodePageChoice::Ground;
+  const std::string lines = countText(choice.lines, "line");
+  if (choice.ground == Ground::kSignature) return choice.codePage + ", by its signature";
+  if (choice.ground == Ground::kGuess) return choice.codePage + ", guessed from " + lines;
+  if (choice.ground == Ground::kNone) return "no UTF-8, and no code page is likely";
+  return choice.lines == 0 ? "UTF-8" : "UTF-8, except for " + lines;
 }
 
 }  // namespace Ombe

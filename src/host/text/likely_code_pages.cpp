@@ -9,10 +9,12 @@
 #include "host/text/code_page.h"
 #include "host/text/language_fit.h"
 #include "host/text/languages.h"
+#include "host/text/utf8_scan.h"
 
 namespace Ombe {
 namespace {
 
+constexpr std::size_t kCodePageSample = std::size_t{1} << 14;  // more bytes sharpen no guess
 constexpr std::size_t kSuggestions = 3;
 constexpr double kMuchDearer = 3;  // a character: such a suggestion is none
 
@@ -113,6 +115,17 @@ std::vector<std::string> likelyCodePages(std::string_view text) {
   names.reserve(likely.size());
   for (const Candidate* candidate : likely) names.push_back(candidate->codePage);
   return names;
+}
+
+bool GarbledTexts::take(std::string_view text) {
+  if (isUtf8(text)) return false;
+  ++count_;
+  if (sample_.size() < kCodePageSample) sample_.append(text, 0, kCodePageSample).append("\n");
+  return true;
+}
+
+std::vector<std::string> GarbledTexts::likelyCodePages() const {
+  return count_ == 0 ? std::vector<std::string>() : Ombe::likelyCodePages(sample_);
 }
 
 }  // namespace Ombe
