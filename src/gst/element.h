@@ -4,7 +4,6 @@
 
 #include <gst/gst.h>
 
-#include <cstdint>
 #include <functional>
 #include <mutex>
 #include <optional>

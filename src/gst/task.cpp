@@ -1,6 +1,5 @@
 // What the element's own thread does: read once all is there, then push cue after cue, held back by
 // whoever takes them.
-#include <array>
 #include <exception>
 #include <new>
 

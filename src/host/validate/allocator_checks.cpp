@@ -1,5 +1,4 @@
 // Chunks, and the allocator that they go back through.
-#include <memory>
 #include <new>
 #include <string>
 

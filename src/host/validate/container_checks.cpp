@@ -1,7 +1,6 @@
 // A container without a source, and with those that are none of its own.
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 
 #include "host/session/source.h"
 #include "host/validate/verdict.h"

@@ -1,7 +1,5 @@
 // Loading the binary and making components.
 #include <dlfcn.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <filesystem>
 

@@ -1,11 +1,9 @@
 // How a stream is read: clock, end, seeking, speed.
 #include <algorithm>
 #include <limits>
-#include <optional>
 
 #include "host/validate/verdict.h"
 #include "host/validate/watched_engine.h"
-#include "ombe_core/media_chunk.h"
 
 namespace Ombe {
 namespace {
