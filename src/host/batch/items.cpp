@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <system_error>
@@ -35,34 +36,25 @@ void noteFailure(BatchItem& item) noexcept {
   }
 }
 
-/// How many items came to what.
-class Counts {
- public:
-  explicit Counts(const std::vector<BatchItem>& items) : total_(items.size()) {
-    for (const BatchItem& item : items) ++counts_.at(static_cast<std::size_t>(item.result));
-  }
-  [[nodiscard]] std::size_t of(Result result) const {
-    return counts_.at(static_cast<std::size_t>(result));
-  }
+std::size_t count(const std::vector<BatchItem>& items, Result result) {
+  return static_cast<std::size_t>(std::ranges::count(items, result, &BatchItem::result));
+}
 
-  /// Made without allocating: five numbers and the words between them fit.
-  [[nodiscard]] std::array<char, 256> text() const {
-    std::array<char, 256> text{};
-    const std::size_t replaced = of(Result::kReplaced);
-    char* out = fmt::format_to(text.data(), "{} of {} files written",
-                               of(Result::kWritten) + replaced, total_);
-    if (replaced != 0) out = fmt::format_to(out, " ({} replaced)", replaced);
-    out = fmt::format_to(out, ", {} failed", of(Result::kFailed));
-    if (const auto count = of(Result::kUnchanged))
-      out = fmt::format_to(out, ", {} unchanged", count);
-    if (const auto count = of(Result::kSkipped)) fmt::format_to(out, ", {} skipped", count);
-    return text;
-  }
-
- private:
-  std::size_t total_;
-  std::array<std::size_t, 5> counts_{};
-};
+/// How many items came to what. Made without allocating: five numbers and the words between them
+/// fit.
+std::array<char, 256> countsOf(const std::vector<BatchItem>& items) {
+  std::array<char, 256> text{};
+  const std::size_t replaced = count(items, Result::kReplaced);
+  char* out = fmt::format_to(text.data(), "{} of {} files written",
+                             count(items, Result::kWritten) + replaced, items.size());
+  if (replaced != 0) out = fmt::format_to(out, " ({} replaced)", replaced);
+  out = fmt::format_to(out, ", {} failed", count(items, Result::kFailed));
+  if (const auto unchanged = count(items, Result::kUnchanged))
+    out = fmt::format_to(out, ", {} unchanged", unchanged);
+  if (const auto skipped = count(items, Result::kSkipped))
+    fmt::format_to(out, ", {} skipped", skipped);
+  return text;
+}
 
 void writeError(std::string_view text) {
   if (::write(STDERR_FILENO, text.data(), text.size()) < 0) return;  // nowhere to report it
@@ -120,19 +112,18 @@ std::string lineAbout(const BatchItem& item) {
   return name + (item.result == Result::kSkipped ? ": skipped: " : ": ") + reason;
 }
 
-std::string summaryOf(const std::vector<BatchItem>& items) { return Counts(items).text().data(); }
+std::string summaryOf(const std::vector<BatchItem>& items) { return countsOf(items).data(); }
 
 ExitCode reportItems(const std::vector<BatchItem>& items) {
-  const Counts counts(items);
   writeError("ombe: ");
-  writeError(counts.text().data());
+  writeError(countsOf(items).data());
   writeError("\n");
   try {
     for (const BatchItem& item : items) reportItem(item);
   } catch (const std::bad_alloc&) {
     writeError("ombe: out of memory\n");
   }
-  return counts.of(Result::kFailed) == 0 ? ExitCode::kDone : ExitCode::kRefused;
+  return count(items, Result::kFailed) == 0 ? ExitCode::kDone : ExitCode::kRefused;
 }
 
 }  // namespace Ombe
