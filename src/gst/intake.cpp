@@ -25,11 +25,6 @@ void giveUp(OmbeSubParse* element) {
   });
 }
 
-/// All bytes have come.
-void finish(OmbeSubParse* element) {
-  restart(element, {.flush = false}, [](ElementState& state) { state.complete = true; });
-}
-
 /// The bytes come anew.
 void takeAnew(ElementState& state) {
   state.bytes = {};
@@ -78,7 +73,8 @@ gboolean sinkEvent(GstPad* pad, GstObject* parent, GstEvent* event) {
   const GstEventType type = GST_EVENT_TYPE(event);
   if (type == GST_EVENT_EOS || type == GST_EVENT_STREAM_GROUP_DONE) {
     // A playbin sends the second for a file, since its EOS waits for the film's.
-    if (!state.complete) finish(element);
+    const auto finish = [](ElementState& changed) { changed.complete = true; };
+    if (!state.complete) restart(element, {.flush = false}, finish);
   } else if (type == GST_EVENT_SEGMENT) {
     takeSegment(state, event);
   } else if (type == GST_EVENT_FLUSH_STOP) {

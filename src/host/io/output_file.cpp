@@ -83,7 +83,9 @@ OutputFile::~OutputFile() {
 void OutputFile::commit() {
   flush();
   if (isUnnamed_) replaceTarget();
-  close();
+  if (descriptor_ == STDOUT_FILENO) return;
+  // It is closed whatever was said, and what mattered was synced.
+  if (::close(std::exchange(descriptor_, -1)) != 0 && errno != EINTR) fail(errno);
 }
 
 void OutputFile::openTemporary(mode_t permissions) {
@@ -136,14 +138,6 @@ void OutputFile::flush() {
   if (text_ == Text::kAsItCame && ::isatty(descriptor_) != 0) buffer_ = visibleText(buffer_);
   if (const int error = writeBytes(descriptor_, buffer_); error != 0) fail(error);
   buffer_.clear();
-}
-
-void OutputFile::close() {
-  if (descriptor_ == STDOUT_FILENO) return;
-  const int descriptor = descriptor_;
-  descriptor_ = -1;
-  // It is closed whatever was said, and what mattered was synced.
-  if (::close(descriptor) != 0 && errno != EINTR) fail(errno);
 }
 
 void OutputFile::fail(int error) const {

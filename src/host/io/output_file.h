@@ -42,7 +42,6 @@ class OutputFile {
   [[nodiscard]] int giveName(const TemporaryName& name);
   void replaceTarget();
   void flush();
-  void close();
   [[noreturn]] void fail(int error) const;
 
   Text text_;

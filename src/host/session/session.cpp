@@ -39,7 +39,10 @@ Session::~Session() {
 }
 
 bool Session::probe(const std::string& file) {
-  check(file);
+  requireReadable(file);
+  if (options_.codePage && !choosesCodePage() && !isKnownCodePage(*options_.codePage)) {
+    throw Failure(file, Step::kConvert, "unknown code page '" + *options_.codePage + "'");
+  }
   const bool isRecognised = ask(
       file, [&](const MediaSource& source) { return container_->probe(source, 0, 0, nullptr); });
   if (choosesCodePage() && !choice_) choose(file);
@@ -115,13 +118,6 @@ void Session::choose(const std::string& file) {
   choice_ = stated.empty() ? chooseCodePage(readFile(file, kLargestFile))
                            : CodePageChoice{CodePageChoice::Ground::kSignature, stated};
   if (choice_->isGuess()) controller_.setCodePage(choice_->codePage);
-}
-
-void Session::check(const std::string& file) const {
-  requireReadable(file);
-  if (options_.codePage && !choosesCodePage() && !isKnownCodePage(*options_.codePage)) {
-    throw Failure(file, Step::kConvert, "unknown code page '" + *options_.codePage + "'");
-  }
 }
 
 }  // namespace Ombe

@@ -69,7 +69,6 @@ class Session {
   [[nodiscard]] const PluginLibrary& library() const { return library_; }
 
  private:
-  void check(const std::string& file) const;
   [[nodiscard]] bool choosesCodePage() const { return options_.codePage == kAutoCodePage; }
   template <typename Question>
   bool ask(const std::string& file, const Question& question);
