@@ -19,10 +19,8 @@ bool isBlank(std::string_view text) {
 
 /// Length of the line end that a text begins with.
 std::size_t lineEndLength(std::string_view text) {
-  for (const std::string_view end : {std::string_view("\r\n"), std::string_view("\r\r\n")}) {
-    if (text.starts_with(end)) return end.size();
-  }
-  return 1;
+  if (text.starts_with("\r\n")) return 2;
+  return text.starts_with("\r\r\n") ? 3 : 1;
 }
 
 }  // namespace

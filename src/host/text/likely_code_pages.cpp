@@ -106,14 +106,13 @@ std::vector<std::string> likelyCodePages(std::string_view text) {
   std::ranges::stable_sort(all, {}, &Candidate::cost);
   const double dearest = std::min(kIncredibleCost, all.front().costOfOne() + kMuchDearer);
   std::vector<const Candidate*> likely;
+  std::vector<std::string> names;
   for (const Candidate& candidate : all) {
     if (likely.size() == kSuggestions || candidate.costOfOne() > dearest) break;
-    const bool isNew = !std::ranges::count(likely, candidate.text, &Candidate::text);
-    if (isNew) likely.push_back(&candidate);
+    if (std::ranges::count(likely, candidate.text, &Candidate::text) != 0) continue;
+    likely.push_back(&candidate);
+    names.push_back(candidate.codePage);
   }
-  std::vector<std::string> names;
-  names.reserve(likely.size());
-  for (const Candidate* candidate : likely) names.push_back(candidate->codePage);
   return names;
 }
 

@@ -12,9 +12,7 @@ namespace {
 char lowered(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 bool startsWith(std::string_view text, std::string_view lowerCase) {
-  return text.size() >= lowerCase.size() &&
-         std::equal(lowerCase.begin(), lowerCase.end(), text.begin(),
-                    [](char expected, char c) { return expected == lowered(c); });
+  return std::ranges::equal(text.substr(0, lowerCase.size()), lowerCase, {}, lowered);
 }
 
 /// The six digits behind a "#"; nothing for another colour.
