@@ -8,12 +8,9 @@
 #include "gst/cue_list.h"
 #include "host/session/session.h"
 #include "host/text/markup.h"
+#include "host/text/number_text.h"
 
 namespace Ombe {
-
-inline bool operator==(Ratio a, Ratio b) {
-  return a.numerator == b.numerator && a.denominator == b.denominator;
-}
 
 /// What may be set from outside. A rate with a zero part is none.
 struct ReadingSettings {

@@ -1,7 +1,6 @@
 // A command of the program as data: the parser, the manual page and the completions are made of it.
 #pragma once
 
-#include <charconv>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -12,6 +11,7 @@
 #include <vector>
 
 #include "host/cli/exit_code.h"
+#include "host/text/number_text.h"
 
 namespace Ombe {
 
@@ -87,14 +87,11 @@ Setter parsedInto(T& target, Parse parse) {
   };
 }
 
-/// Decimal numbers, all of the text, with or without a sign.
+/// A decimal number, all of the text, with or without a sign.
 template <typename T>
-std::optional<T> parseNumber(const std::string& text) {
-  T number{};
-  const char* const end = text.data() + text.size();
+std::optional<T> parseSigned(std::string_view text) {
   const bool hasPlus = text.starts_with('+') && !text.starts_with("+-");
-  const auto result = std::from_chars(text.data() + (hasPlus ? 1 : 0), end, number);
-  return result.ec == std::errc() && result.ptr == end ? std::optional(number) : std::nullopt;
+  return parseNumber<T>(text.substr(hasPlus ? 1 : 0));
 }
 
 /// Stores a number or a text, adds to texts, or sets a flag.
@@ -103,7 +100,7 @@ Setter into(T& target) {
   if constexpr (std::is_same_v<T, bool>) {
     return [&target](const std::string& /*none*/) { return target = true; };
   } else if constexpr (std::is_arithmetic_v<T>) {
-    return parsedInto(target, parseNumber<T>);
+    return parsedInto(target, parseSigned<T>);
   } else if constexpr (std::is_same_v<T, std::vector<std::string>>) {
     return [&target](const std::string& text) { return target.push_back(text), true; };
   } else {

@@ -113,7 +113,7 @@ ExitCode play(const Asked& options) {
 
 /// In thousandths it must be at least one, and fit where the stream takes it.
 std::optional<std::int32_t> parseSpeed(const std::string& text) {
-  const std::optional<double> factor = parseNumber<double>(text);
+  const std::optional<double> factor = parseSigned<double>(text);
   if (!factor || !(*factor >= 0.001 && *factor <= 1e6)) return std::nullopt;
   return static_cast<std::int32_t>(std::lround(*factor * Player::kNormalSpeed));
 }

@@ -44,9 +44,7 @@ Tuning::Rate Tuning::named(Ratio ratio) {
 }
 
 void Tuning::chooseFrameRate(Ratio rate) {
-  const auto same = std::find_if(rates_.begin(), rates_.end(), [rate](const Rate& other) {
-    return other.ratio.numerator == rate.numerator && other.ratio.denominator == rate.denominator;
-  });
+  const auto same = std::ranges::find(rates_, rate, &Rate::ratio);
   rate_ = static_cast<std::size_t>(same - rates_.begin());
   if (same == rates_.end() && chosen_ == 0) {
     chosen_ = rate_;

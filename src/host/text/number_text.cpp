@@ -9,21 +9,12 @@ namespace {
 
 constexpr std::uint32_t kLastTime = std::numeric_limits<std::uint32_t>::max();
 
-/// Digits only, and at least one.
-std::optional<std::uint32_t> parseNumber(std::string_view digits) {
-  std::uint32_t value = 0;
-  const char* end = digits.data() + digits.size();
-  const auto [stop, error] = std::from_chars(digits.data(), end, value);
-  if (error != std::errc() || stop != end) return std::nullopt;
-  return value;
-}
-
 /// "H:M:S", "M:S" or "S".
 std::optional<std::uint64_t> parseSeconds(std::string_view text) {
   std::uint64_t total = 0;
   for (int parts = 0; parts < 3; ++parts) {
     const std::size_t colon = text.find(':');
-    const auto part = parseNumber(text.substr(0, colon));
+    const auto part = parseNumber<std::uint32_t>(text.substr(0, colon));
     if (!part) return std::nullopt;
     total = total * 60 + *part;
     if (colon == std::string_view::npos) return total;
@@ -35,7 +26,7 @@ std::optional<std::uint64_t> parseSeconds(std::string_view text) {
 /// Up to three digits behind the point, as milliseconds.
 std::optional<std::uint32_t> parseFraction(std::string_view digits) {
   if (digits.empty() || digits.size() > 3) return std::nullopt;
-  return parseNumber(std::string(digits).append(3 - digits.size(), '0'));
+  return parseNumber<std::uint32_t>(std::string(digits).append(3 - digits.size(), '0'));
 }
 
 std::optional<Ratio> makeRatio(std::optional<std::uint32_t> numerator,
@@ -67,12 +58,13 @@ std::optional<std::uint32_t> parseTime(std::string_view text) {
 std::optional<Ratio> parseFrameRate(std::string_view text) {
   const std::size_t separator = text.find_first_of("/.");
   const std::string_view first = text.substr(0, separator);
-  if (separator == std::string_view::npos) return makeRatio(parseNumber(first), 1);
+  if (separator == std::string_view::npos) return makeRatio(parseNumber<std::uint32_t>(first), 1);
   const std::string_view second = text.substr(separator + 1);
-  if (text[separator] == '/') return makeRatio(parseNumber(first), parseNumber(second));
+  if (text[separator] == '/')
+    return makeRatio(parseNumber<std::uint32_t>(first), parseNumber<std::uint32_t>(second));
   if (first.empty() || second.empty()) return std::nullopt;
-  return makeRatio(parseNumber(std::string(first).append(second)),
-                   parseNumber("1" + std::string(second.size(), '0')));
+  return makeRatio(parseNumber<std::uint32_t>(std::string(first).append(second)),
+                   parseNumber<std::uint32_t>("1" + std::string(second.size(), '0')));
 }
 
 std::string countText(std::uint64_t count, const std::string& word) {

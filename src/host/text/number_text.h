@@ -50,6 +50,15 @@ inline void appendTimecode(std::string& out, std::uint32_t milliseconds, char se
 /// The same with a point, of a time that may lie outside of 32 bits and is then put to their end.
 std::string timeText(std::int64_t milliseconds);
 
+/// All of the text as a decimal number: digits, and what else its type can have, but no plus.
+template <typename T>
+std::optional<T> parseNumber(std::string_view text) {
+  T number{};
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
+}
+
 /// Milliseconds of "90", "1:30", "1:02:03.5" and the like; the parts before the last colon may have
 /// any size. Nothing for another form, and beyond the last 32-bit millisecond.
 std::optional<std::uint32_t> parseTime(std::string_view text);
@@ -57,6 +66,10 @@ std::optional<std::uint32_t> parseTime(std::string_view text);
 /// "25", "23.976" (exactly 23976/1000) or "24000/1001". Zero parts are allowed, since they mean
 /// something to the plug-in. Nothing for another form and for numbers that need more than 32 bits.
 std::optional<Ratio> parseFrameRate(std::string_view text);
+
+inline bool operator==(Ratio a, Ratio b) {
+  return a.numerator == b.numerator && a.denominator == b.denominator;
+}
 
 inline double perSecond(Ratio rate) { return double{rate.numerator * 1.0} / rate.denominator; }
 
