@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Asks `ombe validate` about plug-ins that keep the contract, and those that break it.
 
-Usage: validate_test.py OMBE PAGE FOLDER [PLUGIN[=SAMPLE]...]. PAGE is what the checks refer to; FOLDER
+Usage: validate_test.py OMBE PAGE FOLDER [PLUGIN[=SAMPLE...]...]. PAGE is what the checks refer to; FOLDER
 holds plug-ins with one fault each, named by it.
 """
 import json
@@ -57,11 +57,11 @@ def ask_for_list(ombe, page):
     return checks
 
 
-def ask_good(ombe, plugin, sample, checks, needs_all):
+def ask_good(ombe, plugin, samples, checks, needs_all):
     with tempfile.TemporaryDirectory() as folder:
         junit = os.path.join(folder, "junit.xml")
-        arguments = [plugin, "--junit", junit, "--timeout", "600"] + (["--sample", sample] if sample else [])
-        code, document = validate(ombe, *arguments)
+        arguments = [argument for sample in samples for argument in ("--sample", sample)]
+        code, document = validate(ombe, plugin, "--junit", junit, "--timeout", "600", *arguments)
         suite = xml.etree.ElementTree.parse(junit).getroot()
     validation = document["validation"]
     for check in validation["checks"]:
@@ -84,12 +84,12 @@ def main():
     ombe, page, folder, *plugins = sys.argv[1:]
     checks = ask_for_list(ombe, page)
     for plugin in plugins:
-        plugin, _, sample = plugin.partition("=")
-        ask_good(ombe, plugin, sample, len(checks), sample)
+        plugin, *samples = plugin.split("=")
+        ask_good(ombe, plugin, samples, len(checks), samples)
     with tempfile.NamedTemporaryFile(suffix=".three") as sample:
         sample.write(b"three")
         sample.flush()
-        ask_good(ombe, f"{folder}/RIGHT.so", sample.name, len(checks), False)
+        ask_good(ombe, f"{folder}/RIGHT.so", [sample.name], len(checks), False)
         for fault, (name, came) in FAULTS.items():
             ask_broken(ombe, f"{folder}/{fault}.so", sample.name, name, came)
     print("\n".join(failures) or f"{len(checks)} checks of {len(plugins)} plug-ins")

@@ -107,7 +107,7 @@ std::vector<Option> optionsOf(ValidateOptions& options) {
            .set = into(options.plugin)},
           {.names = {"--sample"},
            .value = "FILE",
-           .purpose = "File of the plug-in's format, for the checks that play one; may be repeated",
+           .purpose = "File of its format, for checks that play one, best 4 KiB; may be repeated",
            .takesFile = true,
            .isRepeated = true,
            .set = into(validation.subject.samples)},

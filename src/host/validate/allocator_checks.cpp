@@ -14,7 +14,7 @@ namespace {
 MediaChunk& readChunk(StreamInterface& stream) {
   MediaChunk* chunk = nullptr;
   expectSame("readStream", kSuccess, stream.readStream(&chunk));
-  expect(chunk != nullptr, "the sample has no entry");
+  if (chunk == nullptr) report(Outcome::kNeedsSample, "name a file with two subtitles at least");
   return *chunk;
 }
 
@@ -37,14 +37,13 @@ void bearsNull(Playing& playing) {
 }
 
 void answersConstants(Playing& playing) {
-  const Chunk chunk(&readChunk(playing.stream));
-  MediaChunk& other = readChunk(playing.stream);
-  IBufferAllocator& allocator = other.allocator();
+  MediaChunk& chunk = readChunk(playing.stream);
+  IBufferAllocator& allocator = chunk.allocator();
   expectSame("slot 2", false, allocator.reservedSlot2(1));
   allocator.reservedSlot3(9);
   const auto* value = reinterpret_cast<const std::uint32_t*>(&allocator) + sizeof(void*) / 4;
   expectSame("the value that slot 3 stores", 9U, *value);
-  allocator.deleteChunk(&other);
+  allocator.deleteChunk(&chunk);
 }
 
 /// Counts what becomes of it. Its memory is the host's, and it comes alive again when it is
@@ -72,6 +71,7 @@ void deletesOnce(Playing& playing) {
   IBufferAllocator& allocator = chunk.allocator();
   alignas(CountedChunk) static unsigned char place[sizeof(CountedChunk)];
   CountedChunk::owner = &allocator;
+  CountedChunk::deletions = CountedChunk::locks = CountedChunk::unlocks = 0;
   allocator.deleteChunk(new (place) CountedChunk(allocator, kSize));
   expectSame("how often deleteChunk deletes", 1, CountedChunk::deletions);
   expectSame("how often it unlocks", CountedChunk::locks, CountedChunk::unlocks);

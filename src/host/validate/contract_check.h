@@ -45,6 +45,7 @@ inline constexpr char kRecords[] = "records";
 inline constexpr char kSettings[] = "settings";
 inline constexpr char kOwnership[] = "who-owns-what";
 inline constexpr char kThreads[] = "threads";
+inline constexpr char kForgiveness[] = "what-a-component-forgives";
 
 // A file each.
 std::span<const ContractCheck> loadingChecks();

@@ -161,7 +161,7 @@ constexpr ContractCheck kChecks[] = {
      "the string of a notification is the caller's and is not kept", keepsNoString},
     {"settings.media-type", kSettings, "all settings asked for and written are of media type 4",
      writesAgain},
-    {"settings.silent-end", kTables, "a component calls nobody while it is destroyed",
+    {"settings.silent-end", kOwnership, "a component calls nobody while it is destroyed",
      isSilentWhenReleased},
 };
 

@@ -1,4 +1,5 @@
 // Many threads on one component, and many components.
+#include <atomic>
 #include <barrier>
 #include <functional>
 #include <set>
@@ -78,10 +79,20 @@ Work changingOf(Playing& playing) {
   };
 }
 
+/// The program, which only one thread may ask for.
+UID programOf(const Playing& playing) { return playing.container().getProgramUIDs().head()->value; }
+
 Work activatingOf(Playing& playing) {
-  return [&](int) {
+  return [&, program = programOf(playing)](int) {
+    expectSame("activateProgram", kSuccess, playing.container().activateProgram(program));
+  };
+}
+
+/// Registers it again and again; for one thread.
+Work deactivatingOf(Playing& playing) {
+  return [&, activate = activatingOf(playing)](int round) {
     expectSame("deactivate that keeps streams", kSuccess, playing.container().deactivate(true));
-    expectSame("activateProgram", kSuccess, playing.activate());
+    activate(round);
   };
 }
 
@@ -114,25 +125,32 @@ void isNotified(Playing& playing) {
 }
 
 void isActivatedAgain(Playing& playing) {
-  together(kRounds, {readingOf(playing.stream), activatingOf(playing), activatingOf(playing)});
+  together(kRounds, {readingOf(playing.stream), activatingOf(playing), deactivatingOf(playing)});
 }
 
+/// The one that is read becomes a withdrawn one, kept but without entries, again and again.
 void isReleasedWhileRead(Playing& playing) {
   playing.host.keepsWithdrawn = true;
-  const std::string uri = sourceUri(playing.sample);
+  std::atomic<StreamInterface*> newest = &playing.stream;
+  const Work read = [&](int round) { readingOf (*newest)(round); };
+  const Work rescale = [&](int round) {
+    for (std::uint32_t i = 1; i <= 20; ++i) {
+      const std::uint32_t rate = 20 + (static_cast<std::uint32_t>(round) + i) % 30;
+      playing.controller.setValue(frameRateSetting(), SettingValue::ratio({rate, 1}));
+    }
+  };
   const Work release = [&](int) {
     expectSame("deactivate", kSuccess, playing.container().deactivate(false));
-    expectSame("open", kSuccess, playing.open(uri));
-    expectSame("activateProgram", kSuccess, playing.activate());
+    newest = &playing.play(playing.sample);
   };
-  together(kRounds / 5, {readingOf(playing.stream), changingOf(playing), release});
+  together(kRounds / 5, {read, read, rescale, release});
 }
 
 void doesAllAtOnce(Playing& playing) {
   const auto entries = readAll(playing.stream).size();
   const Work read = readingOf(playing.stream), change = changingOf(playing);
   together(kRounds, {read, read, movingOf(playing), change, change, activatingOf(playing),
-                     activatingOf(playing)});
+                     deactivatingOf(playing)});
   playing.stream.setReadSpeed(1000);
   playing.stream.resetStream();
   expectSame("the number of entries afterwards", entries, readAll(playing.stream).size());
@@ -149,28 +167,36 @@ void playApart(const Subject& subject) {
   });
 }
 
-/// What a component stores reaches the others before the call returns, also while they open.
+/// What a component stores reaches the others before the call returns, also while they open; what
+/// they open then is converted by settings that change, and may be refused.
 void shareAController(const Subject& subject) {
   requireSamples(subject);
   WatchedEngine first(subject);
   WatchedEngine second(subject, WatchedEngine::Attach::kNow, &first.controller);
   static_cast<void>(first.control());
-  const auto play = [&](WatchedEngine& engine) {
+  const auto play = [&](WatchedEngine& engine, int round) {
+    const auto& samples = subject.samples;
     static_cast<void>(engine.activate());  // told from here on
-    readOne(engine.play(subject.samples.front()));
+    engine.open(sourceUri(samples[static_cast<std::size_t>(round) % samples.size()]));
+    static_cast<void>(engine.activate());
+    for (const auto& [uid, stream] : engine.host.streams) {
+      stream->setTimeSource(&engine.clock);
+      readOne(*stream);
+    }
     expectSame("deactivate", kSuccess, engine.container().deactivate(false));
   };
   static_cast<void>(first.activate());
   first.record.comingBack = [&](const std::string& call) {
     if (!call.starts_with("setValue")) return;
     first.record.comingBack = nullptr;
-    std::jthread([&] { play(second); });
+    std::jthread([&] { play(second, 0); });
   };
   expectSame("open", kSuccess, first.open(sourceUri(subject.samples.front())));
   first.record.comingBack = nullptr;
   expectSame("activateProgram", kSuccess, first.activate());  // whose streams are the host's then
   first.container().deactivate(false);
-  together(kRounds, {[&](int) { play(first); }, [&](int) { play(second); }});
+  together(kRounds,
+           {[&](int round) { play(first, round); }, [&](int round) { play(second, round / 2); }});
 }
 
 void areMadeTogether(const Subject& subject) {
@@ -230,7 +256,7 @@ constexpr ContractCheck kChecks[] = {
      isReleasedWhileRead},
     {"threads.all-at-once", kThreads,
      "reads, seeks, changes of settings and activations may all come at once", doesAllAtOnce},
-    {"threads.shared-controller", kSettings,
+    {"threads.shared-controller", kThreads,
      "components may be opened on several threads while one controller tells all of them",
      shareAController},
     {"threads.components-apart", kThreads, "components on several threads share nothing",

@@ -10,15 +10,15 @@
 namespace Ombe {
 
 WatchedEngine::WatchedEngine(const Subject& subject, Attach attach, WatchedController* shared)
-    : library(subject.plugin),
-      host(record, shared == nullptr ? controller : *shared),
+    : controller(shared == nullptr ? ownController : *shared),
+      library(subject.plugin),
+      host(record, controller),
       plugin(library.create(context)) {
   container_ = findInterface<ContainerInterface>(*plugin, kContainerInterfaceId);
   control_ = findInterface<SubtitleControlInterface>(*plugin, kSubtitleControlInterfaceId);
   if (attach == Attach::kLater) return;
   container().attach(&host, kContainerUID);
-  if (control_ != nullptr)
-    control_->setSubtitleController(shared == nullptr ? &controller : shared);
+  if (control_ != nullptr) control_->setSubtitleController(&controller);
 }
 
 WatchedEngine::~WatchedEngine() {
@@ -61,21 +61,36 @@ StreamInterface& WatchedEngine::play(const std::string& sample) {
   return *selected->second;
 }
 
+namespace {
+
+StreamInterface& playFirst(WatchedEngine& engine, const std::string& sample) {
+  setFailure(Outcome::kNeedsSample);
+  StreamInterface& stream = engine.play(sample);
+  setFailure(Outcome::kFailed);
+  return stream;
+}
+
+}  // namespace
+
+Playing::Playing(const Subject& subject, const std::string& file)
+    : WatchedEngine(subject), sample(file), stream(playFirst(*this, file)) {}
+
 void requireSamples(const Subject& subject, std::string_view advice) {
-  if (!subject.samples.empty()) return;
-  const WatchedEngine engine(subject);  // reports when there is nothing to play with
-  report(Outcome::kNeedsSample, advice);
+  if (!subject.samples.empty()) {
+    const Playing opened(subject, subject.samples.front());
+  } else {
+    static_cast<void>(WatchedEngine(subject).container());
+    report(Outcome::kNeedsSample, advice);
+  }
 }
 
 namespace {
 
 void askPlaying(const Subject& subject, void (*ask)(Playing&)) {
-  requireSamples(subject, "name a file of its format with --sample");
+  if (subject.samples.empty()) requireSamples(subject, "name a file of its format with --sample");
   for (const std::string& sample : subject.samples) {
     setPlace(std::filesystem::path(sample).filename().string() + ": ");
-    setFailure(Outcome::kNeedsSample);  // one that does not open is a matter of container.opens
     Playing playing(subject, sample);
-    setFailure(Outcome::kFailed);
     ask(playing);
   }
 }

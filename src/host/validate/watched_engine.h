@@ -40,9 +40,10 @@ class WatchedEngine {
   StreamInterface& play(const std::string& sample);
 
   CallRecord record;
+  WatchedController ownController{record};
+  WatchedController& controller;  ///< its own, or the shared one
   PluginLibrary library;
   WatchedContext context{record};
-  WatchedController controller{record};
   WatchedClock clock{record};
   WatchedHost host;
   PluginHandle plugin;
@@ -55,14 +56,14 @@ class WatchedEngine {
 
 /// A component that plays a sample.
 struct Playing : WatchedEngine {
-  Playing(const Subject& subject, const std::string& file)
-      : WatchedEngine(subject), sample(file), stream(play(file)) {}
+  /// A sample that does not open is reported as missing: that it opens is asked elsewhere.
+  Playing(const Subject& subject, const std::string& file);
 
   const std::string& sample;
   StreamInterface& stream;
 };
 
-/// Reports that there is no sample, or nothing to play one with.
+/// Reports that there is no sample, that the first does not open, or nothing to play one with.
 void requireSamples(const Subject& subject, std::string_view advice = {});
 
 /// Asks as the check wants to be asked; reports when there is no sample where one is needed.
