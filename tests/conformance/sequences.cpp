@@ -89,6 +89,21 @@ TEST(Calls, WithdrawAStreamBeforeAnotherTakesItsIdentifier) {
   EXPECT_EQ(engine.after(engine.activate()), "0, preferredLanguage, announce 1, withdraw 1");
 }
 
+TEST(Calls, TakeIdentifiersAsTheyCome) {
+  for (const Ombe::UID uid : {Ombe::UID{0}, Ombe::UID{2}, ~Ombe::UID{0}}) {
+    Watched engine;
+    engine.component.container->attach(&engine.host, uid);
+    EXPECT_EQ(engine.component.container->getContainerUID(), uid);
+    engine.host.nextUID = uid;
+    EXPECT_EQ(engine.after(engine.open(engine.file.uri())), engine.opened);
+    engine.host.nextUID = 7;
+    const std::string name = std::to_string(uid);
+    EXPECT_EQ(engine.after(engine.activate()),
+              "0, newUID, preferredLanguage, announce " + name + ", select " + name + " 1");
+    EXPECT_EQ(engine.after(engine.component.container->deactivate(false)), "0, withdraw " + name);
+  }
+}
+
 TEST(Calls, EndWhenTheHostIsTakenAway) {
   Watched engine;
   engine.component.container->attach(&engine.host, 77);
