@@ -67,6 +67,10 @@ void reportItem(const BatchItem& item) {
   }
 }
 
+std::string nameOf(const BatchItem& item) {
+  return item.source.path == "-" ? "standard input" : item.source.path;
+}
+
 }  // namespace
 
 bool isKept(const std::string& output, const OutputChoice& choice) {
@@ -97,19 +101,22 @@ void processItem(BatchItem& item, const WriteItem& write) noexcept {
   }
 }
 
-std::string lineAbout(const BatchItem& item) {
-  const std::string name = item.source.path == "-" ? "standard input" : item.source.path;
-  std::string reason = item.source.reason;
+Failure failureOf(const BatchItem& item) {
+  const std::string name = nameOf(item);
   try {
     if (item.failure) std::rethrow_exception(item.failure);
-    if (reason.empty()) reason = "out of memory";
   } catch (const Failure& failure) {
-    if (item.result != Result::kSkipped) return messageOf(failure);
-    reason = failure.reason();
+    return failure;
   } catch (const std::exception& error) {
-    reason = error.what();
+    return {name, Step::kRead, error.what()};
   }
-  return name + (item.result == Result::kSkipped ? ": skipped: " : ": ") + reason;
+  return {name, Step::kRead, item.source.reason.empty() ? "out of memory" : item.source.reason};
+}
+
+std::string lineAbout(const BatchItem& item) {
+  const Failure failure = failureOf(item);
+  return item.result == Result::kSkipped ? nameOf(item) + ": skipped: " + failure.reason()
+                                         : messageOf(failure);
 }
 
 std::string summaryOf(const std::vector<BatchItem>& items) { return countsOf(items).data(); }

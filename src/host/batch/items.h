@@ -7,6 +7,7 @@
 
 #include "host/batch/outputs.h"
 #include "host/cli/exit_code.h"
+#include "host/io/failure.h"
 
 namespace Ombe {
 
@@ -33,6 +34,9 @@ ExitCode reportItems(const std::vector<BatchItem>& items);
 
 /// The same summary, without the end of the line.
 std::string summaryOf(const std::vector<BatchItem>& items);
+
+/// Why it was not written; that memory is short where not even a reason could be kept.
+Failure failureOf(const BatchItem& item);
 
 /// What is to be said of an item that was not written.
 std::string lineAbout(const BatchItem& item);

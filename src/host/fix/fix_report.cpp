@@ -4,8 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/batch/items.h"
 #include "host/cli/exit_code.h"
-#include "host/io/failure.h"
 #include "host/io/json_output.h"
 #include "host/text/number_text.h"
 
@@ -59,16 +59,7 @@ Json toJson(const BatchItem& item, const FixedText& fixed, bool isWritten) {
 }
 
 Json failureJson(const BatchItem& item) {
-  const std::string& file = item.source.path;
-  Json error = errorJson(file, stepName(Step::kRead), item.source.reason);
-  try {
-    if (item.failure) std::rethrow_exception(item.failure);
-  } catch (const Failure& failure) {
-    error = errorJson(failure);
-  } catch (const std::exception& other) {
-    error = errorJson(file, stepName(Step::kRead), other.what());
-  }
-  return {{"file", file}, {"error", std::move(error)}};
+  return {{"file", item.source.path}, {"error", errorJson(failureOf(item))}};
 }
 
 }  // namespace Ombe
