@@ -93,6 +93,7 @@ std::string vttText(std::string text) {
       continue;
     if (name != "i" && name != "b" && name != "u" && name != "font") continue;
     if (closes && open[name] == 0) continue;
+    if (text.substr(at + 1, length).find("</") != std::string::npos) continue;
     open[name] += closes ? -1 : 1;
     text.replace(at, length + 1, 1, kRemoved);
   }
