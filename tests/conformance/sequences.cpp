@@ -98,8 +98,9 @@ TEST(Calls, TakeIdentifiersAsTheyCome) {
     EXPECT_EQ(engine.after(engine.open(engine.file.uri())), engine.opened);
     engine.host.nextUID = 7;
     const std::string name = std::to_string(uid);
-    EXPECT_EQ(engine.after(engine.activate()),
-              "0, newUID, preferredLanguage, announce " + name + ", select " + name + " 1");
+    std::string calls = "0, newUID, preferredLanguage, announce ";
+    calls.append(name).append(", select ").append(name).append(" 1");
+    EXPECT_EQ(engine.after(engine.activate()), calls);
     EXPECT_EQ(engine.after(engine.component.container->deactivate(false)), "0, withdraw " + name);
   }
 }
