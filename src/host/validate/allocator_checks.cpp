@@ -14,7 +14,7 @@ namespace {
 MediaChunk& readChunk(StreamInterface& stream) {
   MediaChunk* chunk = nullptr;
   expectSame("readStream", kSuccess, stream.readStream(&chunk));
-  if (chunk == nullptr) report(Outcome::kNeedsSample, "name a file with two subtitles at least");
+  if (chunk == nullptr) report(Outcome::kNeedsSample, "name a file with a subtitle");
   return *chunk;
 }
 

@@ -216,6 +216,9 @@ void bearsAnyOrderBeforeAttach(const Subject& subject) {
       for (const Abuse* abuse : {&first, &second, &first}) commit(victim, *abuse);
     }
     engine.container().attach(&engine.host, 1);
+    auto* control =
+        findInterface<SubtitleControlInterface>(*engine.plugin, kSubtitleControlInterfaceId);
+    if (control != nullptr) control->setSubtitleController(&engine.controller);
     expectToPlayOn(victim, entries);
   }
 }
