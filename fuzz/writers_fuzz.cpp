@@ -93,7 +93,7 @@ std::string vttText(std::string text) {
       continue;
     if (name != "i" && name != "b" && name != "u" && name != "font") continue;
     if (closes && open[name] == 0) continue;
-    if (text.substr(at + 1, length).find("</") != std::string::npos) continue;
+    if (std::string_view(text).substr(at + 1, length).find('<') != std::string_view::npos) continue;
     open[name] += closes ? -1 : 1;
     text.replace(at, length + 1, 1, kRemoved);
   }
