@@ -67,11 +67,12 @@ def write_random(rng, path, page, letters):
 def shown(cues, form):
     """Cues as the readers of a format have them: tags aside, without blank lines."""
     keeps = (lambda start, end: end >= start) if form == "srt" else (lambda start, end: end > start)
-    return [(start, end, plain(text)) for start, end, text in cues if keeps(start, end)]
+    written = (lambda text: text.replace("-->", "-- >")) if form == "srt" else str
+    return [(start, end, plain(written(text))) for start, end, text in cues if keeps(start, end)]
 
 
 def plain(text):
-    text = re.sub("</?(?:[ibu]|font[^>]*)>", "", text, flags=re.IGNORECASE).replace("-->", "-- >")
+    text = re.sub("</?(?:[ibu]|font[^>]*)>", "", text, flags=re.IGNORECASE)
     return "\n".join(filter(str.strip, text.split("\n")))
 
 
