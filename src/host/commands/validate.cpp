@@ -107,7 +107,7 @@ std::vector<Option> optionsOf(ValidateOptions& options) {
            .set = into(options.plugin)},
           {.names = {"--sample"},
            .value = "FILE",
-           .purpose = "File of its format, for checks that play one, best 4 KiB; may be repeated",
+           .purpose = "File of its format, one of 4 KiB at most among them; may be repeated",
            .takesFile = true,
            .isRepeated = true,
            .set = into(validation.subject.samples)},

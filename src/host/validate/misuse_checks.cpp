@@ -170,16 +170,17 @@ void expectToPlayOn(Victim& v, const std::vector<std::string>& entries) {
   expect(readAll(*v.stream) == entries, "opened again, it reads otherwise");
 }
 
-/// The smallest sample, which is opened and read to its end some ten thousand times.
+/// The first small sample, which is opened and read to its end some ten thousand times.
 const std::string& smallSample(const Subject& subject) {
-  namespace fs = std::filesystem;
   constexpr std::uintmax_t kLargest = 4096;
   requireSamples(subject);
-  std::error_code error;
-  const auto sizeOf = [&](const std::string& sample) { return fs::file_size(sample, error); };
-  const auto smallest = std::ranges::min_element(subject.samples, {}, sizeOf);
-  if (sizeOf(*smallest) > kLargest) report(Outcome::kNeedsSample, "name a file of 4 KiB at most");
-  return *smallest;
+  const auto isSmall = [](const std::string& sample) {
+    std::error_code error;  // gives the greatest size
+    return std::filesystem::file_size(sample, error) <= kLargest;
+  };
+  const auto small = std::ranges::find_if(subject.samples, isSmall);
+  if (small == subject.samples.end()) report(Outcome::kNeedsSample, "name a file of 4 KiB at most");
+  return *small;
 }
 
 /// What it reads once it has been told a code page, which notifications will change.
@@ -215,19 +216,21 @@ void bearsAnyOrderBeforeAttach(const Subject& subject) {
       setPlace(textOf(first) + ", " + textOf(second) + ": ");
       for (const Abuse* abuse : {&first, &second, &first}) commit(victim, *abuse);
     }
-    engine.container().attach(&engine.host, 1);
-    auto* control =
-        findInterface<SubtitleControlInterface>(*engine.plugin, kSubtitleControlInterfaceId);
-    if (control != nullptr) control->setSubtitleController(&engine.controller);
+    engine.attach();
     expectToPlayOn(victim, entries);
   }
 }
 
+using Calls = std::initializer_list<std::string_view>;
+
+bool isAmong(Calls calls, std::string_view call) {
+  return std::ranges::find(calls, call) != calls.end();
+}
+
 /// Whether the host may release streams there: some are not announced yet, or one is read.
 bool mayRelease(std::string_view within) {
-  constexpr std::string_view kHolding[] = {"registerConsumer", "preferredLanguage",
-                                           "announceStream", "controller getValue"};
-  return std::count(std::begin(kHolding), std::end(kHolding), within) == 0;
+  return !isAmong(
+      {"registerConsumer", "preferredLanguage", "announceStream", "controller getValue"}, within);
 }
 
 /// Comes back from within the first calls that each act makes so; whether there was one.
@@ -251,9 +254,8 @@ bool abuseWithin(Victim& v, std::string_view within, const Abuse& abuse) {
 
 /// Whether a stream cannot be had or read without this call.
 bool isNeeded(std::string_view call) {
-  constexpr std::string_view kNeeded[] = {"newUID", "announceStream", "withdrawStream",
-                                          "selectStream", "currentTime"};
-  return std::count(std::begin(kNeeded), std::end(kNeeded), call) != 0;
+  return isAmong({"newUID", "announceStream", "withdrawStream", "selectStream", "currentTime"},
+                 call);
 }
 
 void bearsAnyCallBack(const Subject& subject) {

@@ -80,7 +80,11 @@ Work changingOf(Playing& playing) {
 }
 
 /// The program, which only one thread may ask for.
-UID programOf(const Playing& playing) { return playing.container().getProgramUIDs().head()->value; }
+UID programOf(const Playing& playing) {
+  const UIDList programs = playing.container().getProgramUIDs();
+  expect(programs.head() != nullptr, "getProgramUIDs gave none");
+  return programs.head()->value;
+}
 
 Work activatingOf(Playing& playing) {
   return [&, program = programOf(playing)](int) {
@@ -174,6 +178,7 @@ void shareAController(const Subject& subject) {
   WatchedEngine first(subject);
   WatchedEngine second(subject, WatchedEngine::Attach::kNow, &first.controller);
   static_cast<void>(first.control());
+  for (WatchedEngine* engine : {&first, &second}) engine->clock.set(PlaybackClock::kEnd);
   const auto play = [&](WatchedEngine& engine, int round) {
     const auto& samples = subject.samples;
     static_cast<void>(engine.activate());  // told from here on

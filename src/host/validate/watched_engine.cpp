@@ -9,16 +9,14 @@
 
 namespace Ombe {
 
-WatchedEngine::WatchedEngine(const Subject& subject, Attach attach, WatchedController* shared)
+WatchedEngine::WatchedEngine(const Subject& subject, Attach when, WatchedController* shared)
     : controller(shared == nullptr ? ownController : *shared),
       library(subject.plugin),
       host(record, controller),
       plugin(library.create(context)) {
   container_ = findInterface<ContainerInterface>(*plugin, kContainerInterfaceId);
   control_ = findInterface<SubtitleControlInterface>(*plugin, kSubtitleControlInterfaceId);
-  if (attach == Attach::kLater) return;
-  container().attach(&host, kContainerUID);
-  if (control_ != nullptr) control_->setSubtitleController(&controller);
+  if (when == Attach::kNow) attach();
 }
 
 WatchedEngine::~WatchedEngine() {
@@ -33,6 +31,11 @@ ContainerInterface& WatchedEngine::container() const {
 SubtitleControlInterface& WatchedEngine::control() const {
   if (control_ == nullptr) report(Outcome::kNotOffered, "it takes no subtitle controller");
   return *control_;
+}
+
+void WatchedEngine::attach() {
+  container().attach(&host, kContainerUID);
+  if (control_ != nullptr) control_->setSubtitleController(&controller);
 }
 
 bool WatchedEngine::probe(const std::string& uri, FormatRequirementList* missing) {

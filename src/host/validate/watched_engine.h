@@ -20,7 +20,7 @@ class WatchedEngine {
   enum class Attach { kNow, kLater };
 
   /// Settings are those of `shared`, if there is one.
-  explicit WatchedEngine(const Subject& subject, Attach attach = Attach::kNow,
+  explicit WatchedEngine(const Subject& subject, Attach when = Attach::kNow,
                          WatchedController* shared = nullptr);
   WatchedEngine(const WatchedEngine&) = delete;
   WatchedEngine& operator=(const WatchedEngine&) = delete;
@@ -32,6 +32,8 @@ class WatchedEngine {
   [[nodiscard]] ContainerInterface& container() const;
   [[nodiscard]] SubtitleControlInterface& control() const;
 
+  /// To the host and to the controller.
+  void attach();
   bool probe(const std::string& uri, FormatRequirementList* missing = nullptr);
   Status open(const std::string& uri);
   /// Activates the first program.
