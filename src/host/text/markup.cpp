@@ -46,7 +46,8 @@ std::optional<Tag> readTag(std::string_view text, ColorOrder order) {
   const bool closes = text[1] == '/';
   const std::string_view name = text.substr(closes ? 2 : 1, length - (closes ? 2 : 1));
   const auto kind = kindOf(name, closes);
-  const bool isUnfinished = name.find('<') != std::string_view::npos;  // another begins inside
+  // Another begins inside, or the line ends.
+  const bool isUnfinished = name.find_first_of("<\r\n") != std::string_view::npos;
   if (!kind || isUnfinished) return std::nullopt;
   const bool hasColor = kind == Tag::Kind::kFont && !closes;
   return Tag{*kind, closes, hasColor ? findColor(name, order) : std::nullopt, length};

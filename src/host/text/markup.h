@@ -24,8 +24,8 @@ struct Tag {
   std::size_t length;          ///< bytes, from "<" to ">"
 };
 
-/// The tag that a text begins with: <i>, <b>, <u>, <font ...>, or the end of one, in either case.
-/// Nothing when it begins with anything else.
+/// The tag that a text begins with: <i>, <b>, <u>, <font ...>, or the end of one, in either case,
+/// all of one line. Nothing when it begins with anything else.
 std::optional<Tag> readTag(std::string_view text, ColorOrder order);
 
 struct TextStyle {

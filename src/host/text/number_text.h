@@ -27,24 +27,21 @@ inline std::string hexText(std::uint32_t number, int digits) {
 
 /// "HH:MM:SS,mmm" with the given byte before the milliseconds; more hours take more digits.
 inline void appendTimecode(std::string& out, std::uint32_t milliseconds, char separator) {
-  const auto pair = [&out](std::uint32_t number) {
-    out += static_cast<char>('0' + number / 10);
-    out += static_cast<char>('0' + number % 10);
+  char text[] = "00:00:00,000";
+  const auto put = [&text](std::size_t at, std::uint32_t number) {
+    text[at] = static_cast<char>('0' + number / 10);
+    text[at + 1] = static_cast<char>('0' + number % 10);
   };
   const std::uint32_t seconds = milliseconds / 1000;
   const std::uint32_t hours = seconds / 3600;
-  if (hours < 100) {
-    pair(hours);
-  } else {
-    appendNumber(out, hours);
-  }
-  out += ':';
-  pair(seconds / 60 % 60);
-  out += ':';
-  pair(seconds % 60);
-  out += separator;
-  out += static_cast<char>('0' + milliseconds / 100 % 10);
-  pair(milliseconds % 100);
+  if (hours >= 100) appendNumber(out, hours / 100);
+  put(0, hours % 100);
+  put(3, seconds / 60 % 60);
+  put(6, seconds % 60);
+  text[8] = separator;
+  text[9] = static_cast<char>('0' + milliseconds / 100 % 10);
+  put(10, milliseconds % 100);
+  out.append(text, sizeof text - 1);
 }
 
 /// The same with a point, of a time that may lie outside of 32 bits and is then put to their end.

@@ -21,31 +21,30 @@ std::unique_ptr<SubtitleWriter> makeVttWriter(const WriterOptions& options);
 /// become U+FFFD. Holds everything that was delivered.
 std::unique_ptr<SubtitleWriter> makeJsonlWriter(const WriterOptions& options);
 
-/// Calls `show` with each line of a text that is not blank, without its line break: in SubRip and
-/// WebVTT a blank line ends a subtitle, and what follows it would be lost. Byte by byte, since
-/// lines are short: std::string_view::find_first_of calls the C library for each of them.
-template <typename Show>
-void forEachShownLine(std::string_view text, Show show) {
-  const auto isBreak = [](char c) { return c == '\r' || c == '\n'; };
-  const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f'; };
-  for (auto start = text.begin(); start != text.end();) {
-    const auto end = std::find_if(start, text.end(), isBreak);
-    if (!std::all_of(start, end, isBlank)) show(std::string_view(start, end));
-    start = end == text.end() ? end : end + 1;
-  }
-}
-
-/// Copies the line and ends it. At a byte that is special, `take` appends in its own way, and
-/// returns how many bytes of the rest it took.
+/// Copies the lines of a text that are not blank, and ends each: in SubRip and WebVTT a blank line
+/// ends a subtitle, and what follows it would be lost. At a byte that is special, `take` appends in
+/// its own way, and returns how many bytes of the rest it took, all of that line. Byte by byte,
+/// since lines are short: std::string_view::find_first_of calls the C library for each of them.
 template <typename IsSpecial, typename Take>
-void appendLine(std::string& out, std::string_view line, IsSpecial isSpecial, Take take) {
-  while (!line.empty()) {
-    const auto stop = std::find_if(line.begin(), line.end(), isSpecial);
-    out.append(line.begin(), stop);
-    line.remove_prefix(static_cast<std::size_t>(stop - line.begin()));
-    if (!line.empty()) line.remove_prefix(take(line));
+void appendShownLines(std::string& out, std::string_view text, IsSpecial isSpecial, Take take) {
+  const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f'; };
+  const auto isBreak = [](char c) { return c == '\r' || c == '\n'; };
+  const auto stops = [&](char c) { return isBreak(c) || isSpecial(c); };
+  const auto endsLine = [&] { return text.empty() || isBreak(text[0]); };
+  const auto skipTo = [&](auto at) { text = {at, text.end()}; };
+  while (!text.empty()) {
+    const auto shown = std::find_if_not(text.begin(), text.end(), isBlank);
+    if (shown == text.end() || isBreak(*shown)) skipTo(shown);
+    const bool isShown = !endsLine();
+    while (!endsLine()) {
+      const auto stop = std::find_if(text.begin(), text.end(), stops);
+      out.append(text.begin(), stop);
+      skipTo(stop);
+      if (!endsLine()) text.remove_prefix(take(text));
+    }
+    if (isShown) out += '\n';
+    if (!text.empty()) text.remove_prefix(1);
   }
-  out += '\n';
 }
 
 }  // namespace Ombe

@@ -24,23 +24,22 @@ class SrtWriter final : public SubtitleWriter {
     out += '\n';
     const auto isSpecial = [](char c) { return c == '<' || c == '-'; };
     const auto take = [&](std::string_view rest) { return appendSpecial(out, rest); };
-    forEachShownLine(subtitle.text,
-                     [&](std::string_view line) { appendLine(out, line, isSpecial, take); });
+    appendShownLines(out, subtitle.text, isSpecial, take);
     out += '\n';
   }
 
   /// Returns how many bytes it wrote in its own way.
-  std::size_t appendSpecial(std::string& out, std::string_view line) const {
-    if (line.starts_with(kArrow)) {
+  std::size_t appendSpecial(std::string& out, std::string_view rest) const {
+    if (rest.starts_with(kArrow)) {
       out += kBrokenArrow;
       return kArrow.size();
     }
-    const auto tag = readTag(line, colorOrder_);
+    const auto tag = readTag(rest, colorOrder_);
     if (!tag) {
-      out += line[0];
+      out += rest[0];
       return 1;
     }
-    std::string text(line.substr(0, tag->length));
+    std::string text(rest.substr(0, tag->length));
     if (tag->closes && tag->kind == Tag::Kind::kBold) text = "</b>";
     if (tag->color && colorOrder_ != ColorOrder::kRgb) {
       text.replace(text.find('#') + 1, kColorDigits, hexText(*tag->color, kColorDigits));

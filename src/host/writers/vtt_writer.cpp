@@ -59,8 +59,7 @@ class VttWriter final : public SubtitleWriter {
     cues += '\n';
     open_ = {};
     const auto take = [&](std::string_view rest) { return appendSpecial(cues, rest); };
-    forEachShownLine(subtitle.text,
-                     [&](std::string_view line) { appendLine(cues, line, isSpecial, take); });
+    appendShownLines(cues, subtitle.text, isSpecial, take);
     cues += '\n';
   }
 
