@@ -47,14 +47,15 @@ constexpr int kEnding[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGXCPU, S
   return true;
 }();
 
-void write(const fs::path& path, int signal = 0, bool commits = true) {
+void write(const fs::path& path, int signal = 0, bool commits = true,
+           UnsyncedFolders* later = nullptr) {
   OutputFile output(path.string());
   for (char letter : {'a', 'b', 'c'}) {
     output.buffer().append(1 << 20, letter);
     output.drain();
   }
   if (signal != 0) std::raise(signal);
-  if (commits) output.commit();
+  if (commits) output.commit(later);
 }
 
 std::string ownerOf(const fs::path& path) {
@@ -84,7 +85,17 @@ TEST(OutputFile, IsThereWholeOrAsItWasBefore) {
   synced.clear();
   write(folder / "link");
   EXPECT_THAT(synced, testing::MatchesRegex("3145728 file (3145728 file )?folder "));
-  write(folder / "new");
+  synced.clear();
+  UnsyncedFolders later;
+  write(folder / "link", 0, true, &later);
+  write(folder / "new", 0, true, &later);
+  EXPECT_THAT(synced, testing::Not(testing::HasSubstr("folder")));
+  synced.clear();
+  later.sync();
+  EXPECT_EQ(synced, "folder ") << "once";
+  syncError = EIO;
+  EXPECT_THROW(later.sync(), Failure);
+  syncError = 0;
   EXPECT_EQ(contentOf(old.path()), contentOf(folder / "new"));
   EXPECT_EQ(fs::file_size(folder / "new"), 3U << 20);
   EXPECT_TRUE(fs::is_symlink(folder / "link"));

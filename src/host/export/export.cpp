@@ -26,7 +26,8 @@ void remarkOn(const GarbledTexts& garbled, std::vector<std::string>& remarks) {
 }
 
 std::vector<std::string> exportSession(Session& session, const InputFile& input,
-                                       const std::string& output, const ExportOptions& options) {
+                                       const std::string& output, const ExportOptions& options,
+                                       UnsyncedFolders* later) {
   openExplained(session, input, options.session);
   fitTimes(session, input.path(), options.times);
   const auto offset = static_cast<std::int32_t>(session.host().getTimeOffset());
@@ -56,18 +57,19 @@ std::vector<std::string> exportSession(Session& session, const InputFile& input,
   }
   remarkOn(garbled, remarks);
   for (std::string& remark : remarks) remark.insert(0, input.name() + ": ");
-  file.commit();  // last, so that no file is in its place and told as failed
+  file.commit(later);  // last, so that no file is in its place and told as failed
   return remarks;
 }
 
 /// Writes the subtitles of `input` ("-" is standard input) to `output`. Returns remarks for the
 /// person who asked. Throws Failure, and then the output is as it was. Any thread.
 std::vector<std::string> exportFile(const std::string& input, const std::string& output,
-                                    const ExportOptions& options) {
+                                    const ExportOptions& options,
+                                    UnsyncedFolders* later = nullptr) {
   const InputFile file(input);
   readyHeap(file.path());
   Session session(options.session);
-  return asNamed(file, [&] { return exportSession(session, file, output, options); });
+  return asNamed(file, [&] { return exportSession(session, file, output, options, later); });
 }
 
 /// The format that the ending of an output's name stands for, `other` if it does for none.
@@ -92,14 +94,17 @@ ExitCode exportOne(const std::string& source, const ExportOptions& options) {
 
 ExitCode exportEach(std::vector<BatchItem> items, const ExportOptions& options) {
   const Session attempt(options.session);  // without a plug-in there is one failure, not many
-  const WriteItem write = [&options](BatchItem& item) {
+  UnsyncedFolders folders;
+  const WriteItem write = [&](BatchItem& item) {
     if (!prepareOutput(item, options.choice)) return;
-    item.remarks = exportFile(item.source.path, item.output, options);
+    item.remarks = exportFile(item.source.path, item.output, options, &folders);
   };
   runInOrder(
       items.size(), options.jobs, [&](std::size_t number) { processItem(items[number], write); },
       {}, [&](std::size_t number) { return items[number].source.path; });
-  return reportItems(items);
+  const ExitCode result = reportItems(items);
+  folders.sync();
+  return result;
 }
 
 }  // namespace

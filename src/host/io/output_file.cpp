@@ -49,7 +49,37 @@ int syncToDisk(int descriptor) {
   return ::fsync(descriptor) == 0 || errno == EINVAL || errno == EROFS ? 0 : errno;
 }
 
+/// An error number, 0 for success, also for a folder that may be written but not read.
+int syncNames(const std::string& folder) {
+  const int entries = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (entries < 0) return 0;
+  const int error = syncToDisk(entries);
+  ::close(entries);
+  return error;
+}
+
+std::string folderOf(const std::string& path) {
+  const std::string folder = fs::path(path).parent_path().string();
+  return folder.empty() ? "." : folder;
+}
+
+[[noreturn]] void failToWrite(const std::string& path, int error) {
+  throw Failure(path, Step::kWrite, "cannot be written: " + std::generic_category().message(error));
+}
+
 }  // namespace
+
+void UnsyncedFolders::add(const std::string& folder) {
+  const std::lock_guard lock(mutex_);
+  folders_.insert(folder);
+}
+
+void UnsyncedFolders::sync() {
+  const std::lock_guard lock(mutex_);
+  for (const std::string& folder : folders_) {
+    if (const int error = syncNames(folder); error != 0) failToWrite(folder, error);
+  }
+}
 
 OutputFile::OutputFile(const std::string& path, Text text)
     : text_(text), path_(path), target_(path) {
@@ -80,18 +110,23 @@ OutputFile::~OutputFile() {
   if (descriptor_ >= 0 && descriptor_ != STDOUT_FILENO) ::close(descriptor_);
 }
 
-void OutputFile::commit() {
+void OutputFile::commit(UnsyncedFolders* later) {
   flush();
-  if (isUnnamed_) replaceTarget();
+  if (isUnnamed_) {
+    const std::string folder = folderOf(target_);
+    if (later != nullptr) later->add(folder);  // first, since memory may be short
+    replaceTarget();
+    const int error = later == nullptr ? syncNames(folder) : 0;
+    if (error != 0) fail(error);
+  }
   if (descriptor_ == STDOUT_FILENO) return;
   // It is closed whatever was said, and what mattered was synced.
   if (::close(std::exchange(descriptor_, -1)) != 0 && errno != EINTR) fail(errno);
 }
 
 void OutputFile::openTemporary(mode_t permissions) {
-  const std::string folder = fs::path(target_).parent_path().string();
   permissions_ = permissions;
-  descriptor_ = openUnnamed(folder.empty() ? "." : folder, permissions);
+  descriptor_ = openUnnamed(folderOf(target_), permissions);
   if (descriptor_ < 0) fail(errno);
   isUnnamed_ = true;
 }
@@ -126,12 +161,6 @@ void OutputFile::replaceTarget() {
       fail(error);
     }
   } while (error != 0);
-  const int entries =
-      ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (entries < 0) return;  // a folder that may be written but not read
-  error = syncToDisk(entries);
-  ::close(entries);
-  if (error != 0) fail(error);
 }
 
 void OutputFile::flush() {
@@ -140,10 +169,7 @@ void OutputFile::flush() {
   buffer_.clear();
 }
 
-void OutputFile::fail(int error) const {
-  throw Failure(path_, Step::kWrite,
-                "cannot be written: " + std::generic_category().message(error));
-}
+void OutputFile::fail(int error) const { failToWrite(path_, error); }
 
 void writeOutput(const std::string& path, std::string text, OutputFile::Text kind) {
   OutputFile output(path, kind);

@@ -3,11 +3,25 @@
 
 #include <sys/stat.h>
 
+#include <mutex>
+#include <set>
 #include <string>
 
 namespace Ombe {
 
 class TemporaryName;
+
+/// Folders with new names in them that the disk may not have yet. Any thread.
+class UnsyncedFolders {
+ public:
+  void add(const std::string& folder);
+  /// Returns when the disk has them. Throws Failure that names the folder.
+  void sync();
+
+ private:
+  std::mutex mutex_;
+  std::set<std::string> folders_;  // guarded
+};
 
 /// Takes a command's data in big writes. A regular file is written without a name and
 /// takes its place in `commit`, when the disk has it, so that it is there whole or as it was
@@ -32,8 +46,10 @@ class OutputFile {
     if (buffer_.size() >= kWriteSize) flush();
   }
 
-  /// Writes the rest and puts the file in its place. Last call.
-  void commit();
+  /// Writes the rest and puts the file in its place. Last call. With many files in a folder it is
+  /// cheaper to have their names synced `later`, by the caller: until then one may be there as it
+  /// was before when the machine stops.
+  void commit(UnsyncedFolders* later = nullptr);
 
  private:
   static constexpr std::size_t kWriteSize = std::size_t{1} << 15;
