@@ -11,6 +11,11 @@ constexpr std::size_t kLongestText = 8192;
 
 }  // namespace
 
+void CueList::reserve(std::size_t subtitles, std::size_t textBytes) {
+  subtitles_.reserve(subtitles);
+  texts_.reserve(textBytes);
+}
+
 void CueList::add(std::int64_t start, std::int64_t end, std::string_view text) {
   if (end <= start || text.empty()) return;
   text = text.substr(0, kLongestText);

@@ -23,6 +23,8 @@ struct Cue {
 /// cheap. Fill it on one thread; const afterwards.
 class CueList {
  public:
+  /// Room for what will be added, before the first: memory is touched when it is used.
+  void reserve(std::size_t subtitles, std::size_t textBytes);
   /// A subtitle of no duration or without text is left out.
   void add(std::int64_t start, std::int64_t end, std::string_view text);
   /// After the last subtitle.

@@ -1,4 +1,5 @@
 // What comes in on `sink`: the bytes of a file, kept until all are there.
+#include <algorithm>
 #include <new>
 
 #include "gst/element.h"
@@ -6,8 +7,19 @@
 namespace Ombe {
 namespace {
 
-bool append(const GstMapInfo& map, std::string& bytes) {
+constexpr std::size_t kLargestFile = std::size_t{1} << 31;  // more than the plug-in takes
+
+/// Room for a whole file at once touches a third of the pages that a string that grows does.
+void reserve(GstPad* pad, std::string& bytes) {
+  constexpr gint64 kLargestReserve = 256 << 20;
+  gint64 size = 0;
+  if (gst_pad_peer_query_duration(pad, GST_FORMAT_BYTES, &size) == FALSE) return;
+  bytes.reserve(static_cast<std::size_t>(std::clamp<gint64>(size, 0, kLargestReserve)));
+}
+
+bool append(GstPad* pad, const GstMapInfo& map, std::string& bytes) {
   try {
+    if (bytes.empty()) reserve(pad, bytes);
     bytes.append(reinterpret_cast<const char*>(map.data), map.size);
     return true;
   } catch (const std::bad_alloc&) {
@@ -52,14 +64,13 @@ void takeSegment(ElementState& state, GstEvent* event) {
 
 }  // namespace
 
-GstFlowReturn takeBytes(GstPad* /*pad*/, GstObject* parent, GstBuffer* buffer) {
-  constexpr std::size_t kLargestFile = std::size_t{1} << 31;  // more than the plug-in takes
+GstFlowReturn takeBytes(GstPad* pad, GstObject* parent, GstBuffer* buffer) {
   ElementState& state = *elementOf(parent)->state;
   GstFlowReturn result = GST_FLOW_EOS;
   GstMapInfo map;
   if (!state.complete && state.bytes.size() < kLargestFile &&
       gst_buffer_map(buffer, &map, GST_MAP_READ)) {
-    if (append(map, state.bytes)) result = GST_FLOW_OK;
+    if (append(pad, map, state.bytes)) result = GST_FLOW_OK;
     gst_buffer_unmap(buffer, &map);
     if (result != GST_FLOW_OK) giveUp(elementOf(parent));
   }

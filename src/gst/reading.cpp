@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "gst/head.h"
@@ -51,8 +52,10 @@ std::string reasons(const std::string& path, const SessionOptions& options) {
   return visibleLine(text);
 }
 
-CueList takeAll(Session& session) {
+CueList takeAll(Session& session, std::string_view content) {
   CueList cues;
+  // No line gives more than one subtitle; tags may make its text longer, which is rare.
+  cues.reserve(static_cast<std::size_t>(std::ranges::count(content, '\n')) + 1, content.size());
   session.readToEnd([&cues](const Chunk& chunk) {
     const std::int64_t start = chunk.timestamp();
     cues.add(start, start + static_cast<std::int32_t>(chunk.duration()), chunk.text());
@@ -83,7 +86,7 @@ CueList readCues(std::string_view content, const ReadingSettings& settings,
     const bool isRefused = failure.step() == Step::kProbe || failure.step() == Step::kOpen;
     throw Failure(failure.step(), isRefused ? reasons(file.path(), options) : failure.reason());
   }
-  return takeAll(session);
+  return takeAll(session, content);
 }
 
 }  // namespace Ombe
