@@ -3,7 +3,6 @@
 #include "cost.h"
 #include "host/session/chunk.h"
 #include "host/session/host_container.h"
-#include "host/session/playback_clock.h"
 #include "ombe_core/container_interface.h"
 #include "ombe_core/logger.h"
 #include "ombe_core/media_source.h"

@@ -7,20 +7,10 @@ StreamInterface* HostContainer::selectedStream() const {
   return found == streams_.end() ? nullptr : found->second.get();
 }
 
-bool HostContainer::getValue(const Setting& setting, SettingValue& out) {
-  return controller_.getValue(setting, out);
-}
-
-void HostContainer::setValue(const Setting& setting, const SettingValue& value) {
-  controller_.setValue(setting, value);
-}
-
 UID HostContainer::newUID() {
   static std::atomic<UID> next{1};
   return next.fetch_add(1, std::memory_order_relaxed);
 }
-
-String HostContainer::preferredLanguage() { return language_.c_str(); }
 
 Status HostContainer::announceStream(StreamInterface* stream) {
   if (stream == nullptr) return kGeneralFailure;

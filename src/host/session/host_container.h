@@ -1,7 +1,9 @@
-// What plug-ins may ask the host at birth, and the engine object that containers are attached to.
+// The engine's objects that a plug-in meets: what it may ask at birth, what containers are attached
+// to, and the media time that streams read by.
 #pragma once
 
 #include <atomic>
+#include <limits>
 #include <map>
 #include <memory>
 #include <string>
@@ -10,6 +12,7 @@
 #include "ombe_core/container_host.h"
 #include "ombe_core/plugin_context.h"
 #include "ombe_core/stream_interface.h"
+#include "ombe_core/time_source.h"
 
 namespace Ombe {
 
@@ -35,12 +38,16 @@ class HostContainer final : public ContainerHost {
   /// The stream that the container selected; null before and after.
   [[nodiscard]] StreamInterface* selectedStream() const;
 
-  bool getValue(const Setting& setting, SettingValue& out) override;
+  bool getValue(const Setting& setting, SettingValue& out) override {
+    return controller_.getValue(setting, out);
+  }
   /// Consumers are told, as of any other change.
-  void setValue(const Setting& setting, const SettingValue& value) override;
+  void setValue(const Setting& setting, const SettingValue& value) override {
+    controller_.setValue(setting, value);
+  }
   /// Counts up from 1 through the whole process.
   UID newUID() override;
-  String preferredLanguage() override;
+  String preferredLanguage() override { return language_.c_str(); }
   double getTimeOffset() override { return timeOffset_; }
   /// Announcing a stream again changes nothing.
   Status announceStream(StreamInterface* stream) override;
@@ -53,6 +60,21 @@ class HostContainer final : public ContainerHost {
   std::atomic<double> timeOffset_{0};
   Streams streams_;
   UID selected_ = kNoUID;
+};
+
+/// A clock that stands where it was put; 0 at first. Any thread.
+class PlaybackClock final : public TimeSource {
+ public:
+  /// Streams hand out what starts up to half a second ahead of the clock. From here that reaches
+  /// exactly the last signed 32-bit millisecond, so every entry is due. A later clock is of no
+  /// use, and wraps in a plug-in that adds in 32 bits.
+  static constexpr std::int32_t kEnd = std::numeric_limits<std::int32_t>::max() - 500;
+
+  void set(std::int32_t milliseconds) { time_.store(milliseconds, std::memory_order_relaxed); }
+  std::int32_t currentTime() override { return time_.load(std::memory_order_relaxed); }
+
+ private:
+  std::atomic<std::int32_t> time_{0};
 };
 
 }  // namespace Ombe

@@ -9,7 +9,6 @@
 #include "host/session/chunk.h"
 #include "host/session/code_page_choice.h"
 #include "host/session/host_container.h"
-#include "host/session/playback_clock.h"
 #include "host/session/plugin_library.h"
 #include "ombe_core/container_interface.h"
 

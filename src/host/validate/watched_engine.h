@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/session/playback_clock.h"
+#include "host/session/host_container.h"
 #include "host/session/plugin_library.h"
 #include "host/validate/contract_check.h"
 #include "host/validate/watched_objects.h"
