@@ -116,8 +116,7 @@ void letGoHalfway(WatchedEngine& engine, const std::string& sample) {
 
 void readsOn(Playing& playing) {
   expectNoGrowth("reading to the end and seeking", [&] {
-    playing.stream.resetStream();
-    readAll(playing.stream);
+    readAnew(playing.stream);
     playing.stream.seekStream(0, nullptr, true);
     playing.record.take();
   });

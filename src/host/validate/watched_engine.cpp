@@ -73,6 +73,26 @@ StreamInterface& playFirst(WatchedEngine& engine, const std::string& sample) {
   return stream;
 }
 
+void askOf(const Subject& subject, void (*ask)(const Subject&)) { ask(subject); }
+
+void askOf(const Subject& subject, void (*ask)(Plugin&)) {
+  ask(*WatchedEngine(subject, WatchedEngine::Attach::kLater).plugin);
+}
+
+void askOf(const Subject& subject, void (*ask)(WatchedEngine&)) {
+  WatchedEngine engine(subject);
+  ask(engine);
+}
+
+void askOf(const Subject& subject, void (*ask)(Playing&)) {
+  if (subject.samples.empty()) requireSamples(subject, "name a file of its format with --sample");
+  for (const std::string& sample : subject.samples) {
+    setPlace(std::filesystem::path(sample).filename().string() + ": ");
+    Playing playing(subject, sample);
+    ask(playing);
+  }
+}
+
 }  // namespace
 
 Playing::Playing(const Subject& subject, const std::string& file)
@@ -87,30 +107,8 @@ void requireSamples(const Subject& subject, std::string_view advice) {
   }
 }
 
-namespace {
-
-void askPlaying(const Subject& subject, void (*ask)(Playing&)) {
-  if (subject.samples.empty()) requireSamples(subject, "name a file of its format with --sample");
-  for (const std::string& sample : subject.samples) {
-    setPlace(std::filesystem::path(sample).filename().string() + ": ");
-    Playing playing(subject, sample);
-    ask(playing);
-  }
-}
-
-}  // namespace
-
 void askOf(const Subject& subject, const ContractCheck& check) {
-  if (const auto* ofBinary = std::get_if<void (*)(const Subject&)>(&check.ask)) {
-    (*ofBinary)(subject);
-  } else if (const auto* ofPlugin = std::get_if<void (*)(Plugin&)>(&check.ask)) {
-    (*ofPlugin)(*WatchedEngine(subject, WatchedEngine::Attach::kLater).plugin);
-  } else if (const auto* ofComponent = std::get_if<void (*)(WatchedEngine&)>(&check.ask)) {
-    WatchedEngine engine(subject);
-    (*ofComponent)(engine);
-  } else {
-    askPlaying(subject, std::get<void (*)(Playing&)>(check.ask));
-  }
+  std::visit([&](const auto ask) { askOf(subject, ask); }, check.ask);
 }
 
 std::string readOne(StreamInterface& stream) {
@@ -134,6 +132,11 @@ std::vector<std::string> readAll(StreamInterface& stream) {
     all.push_back(std::move(one));
   }
   return all;
+}
+
+std::vector<std::string> readAnew(StreamInterface& stream) {
+  stream.resetStream();
+  return readAll(stream);
 }
 
 }  // namespace Ombe

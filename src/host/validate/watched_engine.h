@@ -75,5 +75,7 @@ void askOf(const Subject& subject, const ContractCheck& check);
 std::string readOne(StreamInterface& stream);
 /// All that is left in the stream's direction.
 std::vector<std::string> readAll(StreamInterface& stream);
+/// The same from the beginning.
+std::vector<std::string> readAnew(StreamInterface& stream);
 
 }  // namespace Ombe

@@ -50,10 +50,6 @@ bool WatchedContext::supportsFormat(String formatName) {
   return showsFormats;
 }
 
-bool WatchedController::getValue(const Setting& setting, SettingValue& out) {
-  return ask("controller getValue ", setting, out);
-}
-
 bool WatchedController::ask(const char* call, const Setting& setting, SettingValue& out) {
   requireSubtitles(record_, setting);
   const bool isThere = real_.getValue(setting, out);
@@ -93,14 +89,6 @@ std::set<SettingConsumer*> WatchedController::consumers() const {
   return consumers_;
 }
 
-bool WatchedHost::getValue(const Setting& setting, SettingValue& out) {
-  return controller_.ask("getValue ", setting, out);
-}
-
-void WatchedHost::setValue(const Setting& setting, const SettingValue& value) {
-  controller_.setValue(setting, value);
-}
-
 UID WatchedHost::newUID() {
   static std::atomic<UID> next{UID{1} << 33};
   const UID uid = next++;
@@ -115,11 +103,6 @@ UID WatchedHost::newUID() {
 String WatchedHost::preferredLanguage() {
   record_.add("preferredLanguage");
   return {language.c_str(), static_cast<std::uint32_t>(language.size()), *languageAllocator};
-}
-
-double WatchedHost::getTimeOffset() {
-  record_.comeBack("getTimeOffset");
-  return offset;
 }
 
 Status WatchedHost::announceStream(StreamInterface* stream) {

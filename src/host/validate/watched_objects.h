@@ -65,7 +65,9 @@ class WatchedContext final : public PluginContext {
 class WatchedController final : public SubtitleController {
  public:
   explicit WatchedController(CallRecord& record) : record_(record) {}
-  bool getValue(const Setting& setting, SettingValue& out) override;
+  bool getValue(const Setting& setting, SettingValue& out) override {
+    return ask("controller getValue ", setting, out);
+  }
   void setValue(const Setting& setting, const SettingValue& value) override;
   // clang-format off
   OMBE_FOUL("SubtitleController", 4) OMBE_FOUL("SubtitleController", 5)
@@ -106,11 +108,15 @@ class WatchedHost final : public ContainerHost {
  public:
   WatchedHost(CallRecord& record, WatchedController& controller)
       : record_(record), controller_(controller) {}
-  bool getValue(const Setting& setting, SettingValue& out) override;
-  void setValue(const Setting& setting, const SettingValue& value) override;
+  bool getValue(const Setting& setting, SettingValue& out) override {
+    return controller_.ask("getValue ", setting, out);
+  }
+  void setValue(const Setting& setting, const SettingValue& value) override {
+    controller_.setValue(setting, value);
+  }
   UID newUID() override;
   String preferredLanguage() override;
-  double getTimeOffset() override;
+  double getTimeOffset() override { return record_.comeBack("getTimeOffset"), offset; }
   Status announceStream(StreamInterface* stream) override;
   Status withdrawStream(UID uid) override;
   Status selectStream(UID uid, std::int32_t flag) override;
