@@ -28,6 +28,11 @@ bool isToBeRepeated(int descriptor, short awaited) {
 
 }  // namespace
 
+void Descriptor::reset(int number) {
+  if (number_ >= 0) ::close(number_);
+  number_ = number;
+}
+
 int openUnnamed(const std::string& folder, mode_t permissions) {
   const int file = ::open(folder.c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, permissions);
   if (file >= 0 || (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL)) return file;
@@ -79,9 +84,9 @@ std::string readFile(const std::string& path, std::uintmax_t limit) {
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(path.c_str(), error);
   std::string bytes(error ? 0 : static_cast<std::size_t>(std::min(size, limit)), '\0');
-  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_LARGEFILE);
-  if (!error && (file < 0 || !fill(bytes, file))) error.assign(errno, std::generic_category());
-  if (file >= 0) ::close(file);
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_LARGEFILE));
+  if (!error && (file.get() < 0 || !fill(bytes, file.get())))
+    error.assign(errno, std::generic_category());
   if (error) throw Failure(path, Step::kRead, "cannot be read: " + error.message());
   return bytes;
 }

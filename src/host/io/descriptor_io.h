@@ -1,4 +1,5 @@
-// Files without a name, and reading and writing whatever a descriptor is, blocking or not.
+// Owning descriptors, files without a name, and reading and writing whatever a descriptor is,
+// blocking or not.
 #pragma once
 
 #include <sys/types.h>
@@ -8,6 +9,22 @@
 #include <string_view>
 
 namespace Ombe {
+
+/// Owns an open descriptor, or none, which is -1.
+class Descriptor {
+ public:
+  explicit Descriptor(int number = -1) : number_(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() { reset(); }
+
+  [[nodiscard]] int get() const { return number_; }
+  /// Closes it and owns the other.
+  void reset(int number = -1);
+
+ private:
+  int number_;
+};
 
 /// A new file that can be read and written and goes with its last descriptor, whatever ends the
 /// process: without a name in `folder`, or in memory where the file system has no such files.

@@ -7,9 +7,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "host/io/descriptor_io.h"
 #include "host/io/environment.h"
-#include "host/io/failure.h"
 #include "host/text/utf8_scan.h"
 
 namespace Ombe {
@@ -22,8 +20,8 @@ InputFile::InputFile(const std::string& name) : name_(name), path_(name) {
     makeTemporary([](int file) { return copyBytes(STDIN_FILENO, file); });
   } else if (const fs::path path = fs::absolute(name); !isUtf8(path.native())) {
     // One that cannot be opened is told by its name.
-    descriptor_ = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor_ >= 0) nameDescriptor(path.filename().string());
+    descriptor_.reset(::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (descriptor_.get() >= 0) nameDescriptor(path.filename().string());
   }
 }
 
@@ -33,22 +31,17 @@ InputFile::InputFile(std::string_view content, Holding /*tag*/) : name_("tempora
   makeTemporary([content](int file) { return writeBytes(file, content); });
 }
 
-InputFile::~InputFile() {
-  if (descriptor_ >= 0) ::close(descriptor_);
-}
-
 template <typename Fill>
 void InputFile::makeTemporary(const Fill& fill) {
   const std::string_view folder = environment("TMPDIR");
-  descriptor_ = openUnnamed(folder.empty() ? "/tmp" : std::string(folder), 0600);
-  const int error = descriptor_ < 0 ? errno : fill(descriptor_);
+  descriptor_.reset(openUnnamed(folder.empty() ? "/tmp" : std::string(folder), 0600));
+  const int error = descriptor_.get() < 0 ? errno : fill(descriptor_.get());
   if (error == 0) return nameDescriptor(name_ + ".sub");
-  if (descriptor_ >= 0) ::close(descriptor_);
   throw Failure(name_, Step::kRead, "cannot be copied: " + std::generic_category().message(error));
 }
 
 void InputFile::nameDescriptor(const std::string& name) {
-  path_ = "/proc/self/fd/" + std::to_string(descriptor_);
+  path_ = "/proc/self/fd/" + std::to_string(descriptor_.get());
   path_.append(1, '\0').append("/").append(name);
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/io/descriptor_io.h"
 #include "host/io/failure.h"
 
 namespace Ombe {
@@ -17,9 +18,6 @@ class InputFile {
   explicit InputFile(const std::string& name);
   /// A temporary file of that content. Throws Failure.
   static InputFile holding(std::string_view content);
-  InputFile(const InputFile&) = delete;
-  InputFile& operator=(const InputFile&) = delete;
-  ~InputFile();
 
   /// What to open. Of what has no name for a URI, the number of its descriptor, and behind a NUL,
   /// to which the system and plug-ins read, a name with an ending for plug-ins to go by.
@@ -36,7 +34,7 @@ class InputFile {
 
   std::string name_;
   std::string path_;
-  int descriptor_ = -1;  // owned; -1 for a file that is opened by its name
+  Descriptor descriptor_;  // none for a file that is opened by its name
 };
 
 /// Calls `use`. A Failure that names the file opened, which for standard input is a copy, leaves as

@@ -15,25 +15,6 @@ namespace {
 
 constexpr std::size_t kMostOutput = 4096;  // bytes
 
-/// A pipe whose ends are closed at the latest when this goes.
-struct Pipe {
-  int ends[2] = {-1, -1};
-
-  Pipe() {
-    if (::pipe2(ends, O_CLOEXEC) != 0) ends[0] = ends[1] = -1;
-  }
-  Pipe(const Pipe&) = delete;
-  Pipe& operator=(const Pipe&) = delete;
-  ~Pipe() {
-    close(0);
-    close(1);
-  }
-  void close(int end) {
-    if (ends[end] >= 0) ::close(ends[end]);
-    ends[end] = -1;
-  }
-};
-
 /// The process, or nothing.
 std::optional<pid_t> start(std::vector<std::string>& command, int output) {
   std::vector<char*> words(command.size() + 1);  // the last stays null
@@ -54,13 +35,15 @@ std::optional<pid_t> start(std::vector<std::string>& command, int output) {
 }  // namespace
 
 std::optional<std::string> outputOf(std::vector<std::string> command) {
-  Pipe pipe;
-  const auto process = start(command, pipe.ends[1]);
+  int ends[2];
+  if (::pipe2(ends, O_CLOEXEC) != 0) return std::nullopt;
+  Descriptor ours(ends[0]), theirs(ends[1]);
+  const auto process = start(command, theirs.get());
   if (!process) return std::nullopt;
-  pipe.close(1);
+  theirs.reset();
   std::string output(kMostOutput, '\0');
-  static_cast<void>(fill(output, pipe.ends[0]));
-  pipe.close(0);  // ends a program that goes on writing
+  static_cast<void>(fill(output, ours.get()));
+  ours.reset();  // ends a program that goes on writing
   while (::waitpid(*process, nullptr, 0) < 0 && errno == EINTR) continue;
   return output;
 }

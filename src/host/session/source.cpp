@@ -20,17 +20,15 @@ namespace {
 
 /// Reads the file to its end. An error number, 0 for success.
 int errorReading(const std::string& file) {
-  const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) return errno;
+  const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+  if (descriptor.get() < 0) return errno;
   std::array<char, 65536> block{};
   ssize_t got = 0;
   do {
-    got = readBytes(descriptor, block.data(), block.size());
+    got = readBytes(descriptor.get(), block.data(), block.size());
   } while (got > 0);
   // A plug-in also asks where the end is.
-  const int error = got < 0 || ::lseek(descriptor, 0, SEEK_END) < 0 ? errno : 0;
-  ::close(descriptor);
-  return error;
+  return got < 0 || ::lseek(descriptor.get(), 0, SEEK_END) < 0 ? errno : 0;
 }
 
 }  // namespace

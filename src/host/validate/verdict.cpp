@@ -111,22 +111,18 @@ Verdict judge(const std::function<void()>& ask, int limitSeconds, bool isLoud) {
   if (::pipe2(ends, O_CLOEXEC) != 0) {
     throw Failure(Step::kLoad, std::string("no pipe: ") + std::strerror(errno));
   }
+  Descriptor ours(ends[0]), theirs(ends[1]);
   const pid_t child = ::fork();
+  if (child < 0) throw Failure(Step::kLoad, std::string("no process: ") + std::strerror(errno));
   if (child == 0) {
-    ::close(ends[0]);
-    reportDescriptor = ends[1];
+    ours.reset();
+    reportDescriptor = theirs.get();
     runChild(ask, isLoud);
   }
-  const int error = errno;
-  ::close(ends[1]);
-  if (child < 0) {
-    ::close(ends[0]);
-    throw Failure(Step::kLoad, std::string("no process: ") + std::strerror(error));
-  }
+  theirs.reset();
   std::string message;
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(limitSeconds);
-  const bool hasEnded = readUntil(deadline, ends[0], message) && endsBy(deadline, child);
-  ::close(ends[0]);
+  const bool hasEnded = readUntil(deadline, ours.get(), message) && endsBy(deadline, child);
   ::kill(-child, SIGKILL);  // also what it may have started
   ::kill(child, SIGKILL);
   int status = 0;
