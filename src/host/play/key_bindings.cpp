@@ -2,6 +2,12 @@
 #include "host/play/controls.h"
 
 namespace Ombe {
+namespace {
+
+constexpr KeyPress pressed(Key key) { return {key}; }
+constexpr KeyPress pressed(char character) { return {Key::kCharacter, character}; }
+
+}  // namespace
 
 struct Controls::Binding {
   KeyPress press;
@@ -13,65 +19,35 @@ struct Controls::Binding {
 };
 
 const Controls::Binding Controls::kBindings[] = {
-    {{Key::kCharacter, ' '},
-     [](Controls& c) { c.player_.setPaused(!c.player_.isPaused()); },
-     "space",
-     "pauses and goes on",
-     "space pause"},
-    {{Key::kLeft},
-     [](Controls& c) { c.skip(-5000); },
-     "left, right",
-     "move by 5 seconds",
+    {pressed(' '), [](Controls& c) { c.player_.setPaused(!c.player_.isPaused()); }, "space",
+     "pauses and goes on", "space pause"},
+    {pressed(Key::kLeft), [](Controls& c) { c.skip(-5000); }, "left, right", "move by 5 seconds",
      "\u2190 \u2192 5 s"},
-    {{Key::kRight}, [](Controls& c) { c.skip(5000); }},
-    {{Key::kDown},
-     [](Controls& c) { c.skip(-60000); },
-     "down, up",
-     "move by 60 seconds",
+    {pressed(Key::kRight), [](Controls& c) { c.skip(5000); }},
+    {pressed(Key::kDown), [](Controls& c) { c.skip(-60000); }, "down, up", "move by 60 seconds",
      "\u2193 \u2191 60 s"},
-    {{Key::kUp}, [](Controls& c) { c.skip(60000); }},
-    {{Key::kCharacter, '['},
-     [](Controls& c) { c.changeSpeed(false); },
-     "[ ]",
-     "play slower, faster",
+    {pressed(Key::kUp), [](Controls& c) { c.skip(60000); }},
+    {pressed('['), [](Controls& c) { c.changeSpeed(false); }, "[ ]", "play slower, faster",
      "[ ] slower, faster"},
-    {{Key::kCharacter, ']'}, [](Controls& c) { c.changeSpeed(true); }},
-    {{Key::kCharacter, 'r'},
-     [](Controls& c) { c.player_.setSpeed(-c.player_.speed()); },
-     "r",
-     "reverses the direction",
-     "r reverse"},
-    {{Key::kCharacter, 'f'},
-     [](Controls& c) { c.changeFrameRate(1); },
-     "f F",
-     "step through frame rates",
+    {pressed(']'), [](Controls& c) { c.changeSpeed(true); }},
+    {pressed('r'), [](Controls& c) { c.player_.setSpeed(-c.player_.speed()); }, "r",
+     "reverses the direction", "r reverse"},
+    {pressed('f'), [](Controls& c) { c.changeFrameRate(1); }, "f F", "step through frame rates",
      "f F frame rate"},
-    {{Key::kCharacter, 'F'}, [](Controls& c) { c.changeFrameRate(-1); }},
-    {{Key::kCharacter, 'c'},
-     [](Controls& c) { c.changeCodePage(); },
-     "c",
-     "steps through code pages",
+    {pressed('F'), [](Controls& c) { c.changeFrameRate(-1); }},
+    {pressed('c'), [](Controls& c) { c.changeCodePage(); }, "c", "steps through code pages",
      "c code page"},
-    {{Key::kCharacter, 'o'},
-     [](Controls& c) { c.changeOffset(-100); },
-     "o O",
-     "move the subtitles by -100, +100 milliseconds",
-     "o O offset -100, +100 ms"},
-    {{Key::kCharacter, 'O'}, [](Controls& c) { c.changeOffset(100); }},
-    {{Key::kCharacter, 's'},
-     [](Controls& c) { c.mark(); },
-     "s",
+    {pressed('o'), [](Controls& c) { c.changeOffset(-100); }, "o O",
+     "move the subtitles by -100, +100 milliseconds", "o O offset -100, +100 ms"},
+    {pressed('O'), [](Controls& c) { c.changeOffset(100); }},
+    {pressed('s'), [](Controls& c) { c.mark(); }, "s",
      "makes the subtitle that shows, or else the next, start now; at a second one it sets the "
-     "frame "
-     "rate as well",
+     "frame rate as well",
      "s start now"},
-    {{Key::kCharacter, 'g'},
-     [](Controls& c) { c.typed_.emplace(); },
-     "g",
-     "goes to a time",
+    {pressed('g'), [](Controls& c) { c.typed_.emplace(); }, "g", "goes to a time",
      "g go to a time"},
-    {{Key::kCharacter, '?'}, [](Controls& c) { c.showKeys(); }, "?", "shows the keys"},
-    {{Key::kCharacter, 'q'}, [](Controls& c) { c.quit_ = true; }, "q", "quits", "q quit"},
+    {pressed('?'), [](Controls& c) { c.showKeys(); }, "?", "shows the keys"},
+    {pressed('q'), [](Controls& c) { c.quit_ = true; }, "q", "quits", "q quit"},
 };
 
 std::vector<std::pair<std::string, std::string>> Controls::keys() {
@@ -91,10 +67,7 @@ void Controls::showKeys() {
 
 void Controls::press(KeyPress press) {
   message_.clear();
-  if (typed_) {
-    pressInPrompt(press);
-    return;
-  }
+  if (typed_) return pressInPrompt(press);
   for (const Binding& binding : kBindings) {
     if (binding.press == press) binding.act(*this);
   }

@@ -1,11 +1,8 @@
 #include "host/play/keys.h"
 
+#include <utility>
+
 namespace Ombe {
-namespace {
-
-constexpr char kEscapeByte = '\x1B';
-
-}  // namespace
 
 std::vector<KeyPress> KeyDecoder::decode(std::string_view bytes) {
   std::vector<KeyPress> out;
@@ -14,31 +11,22 @@ std::vector<KeyPress> KeyDecoder::decode(std::string_view bytes) {
 }
 
 std::vector<KeyPress> KeyDecoder::flush() {
-  const bool bareEscape = state_ == State::kEscape;
-  state_ = State::kGround;
-  if (!bareEscape) return {};
+  if (std::exchange(state_, State::kGround) != State::kEscape) return {};
   return {{Key::kEscape}};
 }
 
 void KeyDecoder::take(char byte, std::vector<KeyPress>& out) {
-  switch (state_) {
-    case State::kGround:
-      takeGround(byte, out);
-      break;
-    case State::kEscape:
-      takeBehindEscape(byte, out);
-      break;
-    case State::kSequence:
-      // Numbers and modifiers come before the byte that names the key.
-      if (byte < '\x40' || byte > '\x7E') break;
-      [[fallthrough]];
-    case State::kFunctionKey:
-      takeFinal(byte, out);
-      break;
-  }
+  constexpr Key kArrows[] = {Key::kUp, Key::kDown, Key::kRight, Key::kLeft};
+  if (state_ == State::kGround) return takeGround(byte, out);
+  if (state_ == State::kEscape) return takeBehindEscape(byte, out);
+  // Numbers and modifiers come before the byte that names the key.
+  if (state_ == State::kSequence && (byte < '\x40' || byte > '\x7E')) return;
+  state_ = State::kGround;
+  if (byte >= 'A' && byte <= 'D') out.push_back({kArrows[byte - 'A']});
 }
 
 void KeyDecoder::takeGround(char byte, std::vector<KeyPress>& out) {
+  constexpr char kEscapeByte = '\x1B';
   if (byte == kEscapeByte) {
     state_ = State::kEscape;
   } else if (byte == '\r' || byte == '\n') {
@@ -60,12 +48,6 @@ void KeyDecoder::takeBehindEscape(char byte, std::vector<KeyPress>& out) {
     state_ = State::kGround;
     takeGround(byte, out);
   }
-}
-
-void KeyDecoder::takeFinal(char byte, std::vector<KeyPress>& out) {
-  constexpr Key kArrows[] = {Key::kUp, Key::kDown, Key::kRight, Key::kLeft};
-  state_ = State::kGround;
-  if (byte >= 'A' && byte <= 'D') out.push_back({kArrows[byte - 'A']});
 }
 
 }  // namespace Ombe

@@ -32,7 +32,6 @@ class KeyDecoder {
   void take(char byte, std::vector<KeyPress>& out);
   void takeGround(char byte, std::vector<KeyPress>& out);
   void takeBehindEscape(char byte, std::vector<KeyPress>& out);
-  void takeFinal(char byte, std::vector<KeyPress>& out);
 
   State state_ = State::kGround;
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 
 namespace Ombe {
 
@@ -12,10 +11,8 @@ std::optional<Marks::Wish> Marks::add(SyncPoint point, double rate, std::string&
   std::vector<Mark> marks = with({std::round(point.from * frames), point.to});
   if (rate == 0) marks.erase(marks.begin(), marks.end() - 1);
   std::vector<SyncPoint> points;
-  std::transform(marks.begin(), marks.end(), std::back_inserter(points),
-                 [frames](const Mark& mark) {
-                   return SyncPoint{mark.frame / frames, mark.to};
-                 });
+  points.reserve(marks.size());
+  for (const Mark& mark : marks) points.push_back({mark.frame / frames, mark.to});
   objection = objectionTo(points);
   std::optional<Wish> wish = Wish{std::nullopt, point.to - point.from};
   if (objection.empty() && points.size() == 2) {

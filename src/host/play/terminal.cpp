@@ -86,23 +86,18 @@ Terminal::Wake Terminal::wait(std::optional<std::chrono::milliseconds> longest) 
 
 void Terminal::takeSignals(Wake& wake) {
   while (const int signal = signals_.take()) {
-    switch (signal) {
-      case SIGWINCH:
-        wake.redraw = true;
-        break;
-      case SIGTSTP:
-      case SIGCONT:  // after a stop that nobody can hold, with who knows what on the screen
-        if (signal == SIGTSTP) {
-          leave();
-          HeldSignals::stop();
-        }
-        enter();
-        wake.redraw = wake.wasStopped = true;
-        break;
-      case SIGPIPE:
-        break;  // the write tells
-      default:
-        wake.endingSignal = signal;
+    if (signal == SIGTSTP) {
+      leave();
+      HeldSignals::stop();
+    }
+    // Who knows what is on the screen after a stop, also after one that nobody can hold.
+    if (signal == SIGTSTP || signal == SIGCONT) {
+      enter();
+      wake.redraw = wake.wasStopped = true;
+    } else if (signal == SIGWINCH) {
+      wake.redraw = true;
+    } else if (signal != SIGPIPE) {  // of which the write tells
+      wake.endingSignal = signal;
     }
   }
 }
