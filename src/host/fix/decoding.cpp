@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "host/text/code_page.h"
-#include "host/text/likely_code_pages.h"
 #include "host/text/utf8_scan.h"
 
 namespace Ombe {
@@ -50,12 +49,9 @@ std::string unstatedCodePage(std::string_view bytes, const std::string& guess) {
 DecodedText decodeBytes(std::string bytes, const std::string& codePage, const std::string& guess) {
   DecodedText result;
   result.codePage = codePage.empty() ? unstatedCodePage(bytes, guess) : codePage;
-  if (result.codePage.empty()) {
-    result.isUnknown = true;
-    result.likely = likelyCodePages(bytes);
-  } else if (codePage.empty() && result.codePage == kUtf8) {
+  if (codePage.empty() && result.codePage == kUtf8) {
     result.text = std::move(bytes);
-  } else {
+  } else if (!result.codePage.empty()) {
     result.text = decodedWith(result.codePage, bytes, result.isLossy);
   }
   constexpr std::string_view kSignature = "\uFEFF";

@@ -2,17 +2,13 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace Ombe {
 
 struct DecodedText {
   std::string text;      ///< UTF-8 without a signature
-  std::string codePage;  ///< that the bytes were in
+  std::string codePage;  ///< that the bytes were in; empty where none is known: there is no text
   bool isLossy = false;  ///< bytes that are no characters of it became U+FFFD
-  /// No code page was known for bytes that are no UTF-8; there is no text, but guesses.
-  bool isUnknown = false;
-  std::vector<std::string> likely = {};
 };
 
 /// Decodes the bytes by the code page named, which ICU knows; with an empty name as UTF-8, or as

@@ -1,4 +1,4 @@
-// A subtitle that is being mended, until it is known what follows it.
+// The way through a text that does not open, and the subtitle that is being mended on it.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "host/fix/head.h"
+#include "host/fix/repair.h"
 #include "microdvd/lines/rate_in_force.h"
 
 namespace Ombe {
@@ -22,6 +23,7 @@ std::int32_t frameOf(std::string_view number);
 /// seconds after the start at most.
 std::int32_t endFor(std::int32_t start, std::optional<std::int32_t> next, FrameRate rate);
 
+/// A subtitle until it is known what follows it.
 struct Draft {
   std::uint64_t line = 0;
   std::string_view original;  ///< the whole line
@@ -35,5 +37,9 @@ struct Draft {
   }
   void join(std::string_view more);
 };
+
+/// Takes every line into the result that can be kept or mended, and tells of the others. `known` is
+/// the rate as a person knows it, or unset.
+void mendLines(std::string text, FrameRate known, Repair& result);
 
 }  // namespace Ombe

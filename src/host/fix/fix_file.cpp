@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "host/check/check.h"
@@ -10,10 +11,14 @@
 #include "host/fix/decoding.h"
 #include "host/io/descriptor_io.h"
 #include "host/io/failure.h"
+#include "host/io/output_file.h"
 #include "host/session/source.h"
+#include "host/text/likely_code_pages.h"
 
 namespace Ombe {
 namespace {
+
+namespace fs = std::filesystem;
 
 /// What the plug-in found in the file itself, else what a person says; empty for none. A choice
 /// that was asked for is in `choice`.
@@ -27,7 +32,7 @@ std::string codePageOf(const std::string& path, const SessionOptions& options,
 }
 
 std::string readWhole(const std::string& path) {
-  if (std::filesystem::file_size(path) > kLargestFile) {
+  if (fs::file_size(path) > kLargestFile) {
     throw Failure(path, Step::kRead, "is larger than the plug-in reads");
   }
   return readFile(path, kLargestFile);
@@ -72,10 +77,10 @@ FixedText fixFile(const std::string& path, const FixOptions& options) {
   const std::string bytes = readWhole(path);
   DecodedText decoded =
       decodeBytes(bytes, codePage, choice && choice->isGuess() ? choice->codePage : "");
-  if (decoded.isUnknown) {
+  if (decoded.codePage.empty()) {
     if (const std::string other = otherKind(bytes); !other.empty())
       throw Failure(path, Step::kProbe, other);
-    throw Failure(path, Step::kConvert, "is not UTF-8: " + codePageAdvice(decoded.likely));
+    throw Failure(path, Step::kConvert, "is not UTF-8: " + codePageAdvice(likelyCodePages(bytes)));
   }
   // The signature is what text of 16 bits a character lacks, so it was chosen among the others.
   const bool isWide = codePage.empty() && decoded.codePage.starts_with("UTF-16");
@@ -93,6 +98,26 @@ FixedText fixFile(const std::string& path, const FixOptions& options) {
   if (fixed.retiming) retime(fixed.repair, *fixed.retiming);
   fixed.isAsItWas = fixed.repair.text == bytes;
   return fixed;
+}
+
+void replaceFile(const std::string& file, const std::string& text) {
+  std::error_code error;
+  const fs::path target = fs::canonical(file, error);
+  const fs::path original = target.string() + ".orig";
+  OutputFile output(file);
+  output.buffer() = text;
+  fs::create_hard_link(target, original, error);
+  if (error == std::errc::operation_not_permitted) fs::copy_file(target, original, error);
+  if (error) {
+    throw Failure(file, Step::kWrite,
+                  "cannot be kept as " + original.string() + ": " + error.message());
+  }
+  try {
+    output.commit();
+  } catch (const Failure&) {
+    fs::remove(original, error);
+    throw;
+  }
 }
 
 }  // namespace Ombe

@@ -1,4 +1,4 @@
-// One file mended.
+// One file mended, and put in its own place.
 #pragma once
 
 #include <optional>
@@ -30,5 +30,9 @@ struct FixedText {
 /// numbers, by whole frames. Throws Failure when it cannot be read, when its code page is not
 /// known, when it seems to be something else, and when the points cannot be met.
 FixedText fixFile(const std::string& path, const FixOptions& options);
+
+/// Keeps the file as NAME.orig and puts the text in its place. Throws Failure, also where there is
+/// such a file already.
+void replaceFile(const std::string& file, const std::string& text);
 
 }  // namespace Ombe

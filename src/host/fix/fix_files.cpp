@@ -9,7 +9,6 @@
 #include "host/batch/in_order.h"
 #include "host/batch/items.h"
 #include "host/fix/fix_report.h"
-#include "host/fix/replacing.h"
 #include "host/io/failure.h"
 #include "host/io/input_file.h"
 #include "host/io/json_output.h"
@@ -114,8 +113,11 @@ class Fixing {
     const std::optional<FixedText> fixed = std::exchange(slot, std::nullopt);
     if (!fixed) {
       reportError(lineAbout(item));
-      if (item.result == Result::kFailed) hasFailed_ = true;
-      if (item.result == Result::kFailed && json_) json_->files().value(failureJson(item));
+      if (item.result != Result::kFailed) return;
+      hasFailed_ = true;
+      if (json_) {
+        json_->files().value({{"file", item.source.path}, {"error", errorJson(failureOf(item))}});
+      }
       return;
     }
     const std::string name = item.source.path == "-" ? "standard input" : item.source.path;

@@ -4,8 +4,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "host/batch/items.h"
-#include "host/cli/exit_code.h"
 #include "host/io/json_output.h"
 #include "host/text/number_text.h"
 
@@ -56,10 +54,6 @@ Json toJson(const BatchItem& item, const FixedText& fixed, bool isWritten) {
                {"changes", std::move(changes)}};
   if (fixed.choice && fixed.choice->isGuess()) json["guessedFrom"] = fixed.choice->lines;
   return json;
-}
-
-Json failureJson(const BatchItem& item) {
-  return {{"file", item.source.path}, {"error", errorJson(failureOf(item))}};
 }
 
 }  // namespace Ombe

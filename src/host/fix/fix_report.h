@@ -15,7 +15,5 @@ void describe(const std::string& name, const FixedText& fixed,
               const std::function<void(const std::string& line)>& say);
 /// The same for programs.
 nlohmann::ordered_json toJson(const BatchItem& item, const FixedText& fixed, bool isWritten);
-/// What is said of a file that was not mended.
-nlohmann::ordered_json failureJson(const BatchItem& item);
 
 }  // namespace Ombe

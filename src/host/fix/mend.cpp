@@ -1,5 +1,3 @@
-#include "host/fix/mend.h"
-
 #include <strings.h>
 
 #include <deque>

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "host/fix/draft.h"
-#include "host/fix/mend.h"
 #include "host/fix/source_lines.h"
 #include "microdvd/lines/line_scan.h"
 #include "microdvd/lines/text_tokenizer.h"
