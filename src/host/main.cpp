@@ -5,7 +5,7 @@
 #include <exception>
 #include <new>
 
-#include "host/cli/command_line.h"
+#include "host/cli/command.h"
 #include "host/io/failure.h"
 #include "host/io/messages.h"
 

@@ -77,6 +77,10 @@ Command manCommand();
 std::vector<Command> commandsFor(std::string_view word);
 inline std::vector<Command> allCommands() { return commandsFor({}); }
 
+/// Parses the words of the command line and runs the command that they name. Help, version and
+/// messages on wrong usage are written here. Throws what the command throws.
+ExitCode runCommandLine(int argc, char** argv);
+
 /// Stores what `parse` makes of the text, an optional value.
 template <typename T, typename Parse>
 Setter parsedInto(T& target, Parse parse) {

@@ -1,5 +1,3 @@
-#include "host/cli/command_line.h"
-
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>

@@ -17,12 +17,10 @@ Option fileOption(std::vector<std::string>& files) {
 }
 
 Option filesOption(std::vector<std::string>& files) {
-  return {.names = {"FILE"},
-          .purpose = "Subtitle files; - is standard input",
-          .takesFile = true,
-          .isRequired = true,
-          .isRepeated = true,
-          .set = into(files)};
+  Option option = fileOption(files);
+  option.purpose = "Subtitle files; - is standard input";
+  option.isRepeated = true;
+  return option;
 }
 
 Option sourcesOption(std::vector<std::string>& sources) {
