@@ -74,33 +74,33 @@ class Costs {
   double sum_ = 0;
 };
 
+/// For how many reasons no language puts the character between its neighbours.
+std::size_t misplacements(char16_t before, char16_t c, char16_t behind) {
+  const bool isCapitalInside =
+      (isCapital(c) && isSmall(before)) || (behind >= 'A' && behind <= 'Z' && isSmall(c));
+  const bool isOfOtherScript =
+      c >= kFirstNotLatin && c < kFirstMark && (isAsciiLetter(before) || isAsciiLetter(behind));
+  return std::size_t{isCapitalInside} + std::size_t{isOfOtherScript};
+}
+
 }  // namespace
 
 ForeignCharacters::ForeignCharacters(std::u16string_view text, CharacterTable& table) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char16_t c = text[i];
     if (c < 0x80 && c != kReplaced) continue;
-    if (table[c]++ == 0) counts_.emplace_back(c, 0);
-    judgePlace(i == 0 ? u' ' : text[i - 1], c, i + 1 == text.size() ? u' ' : text[i + 1]);
-    ++total_;
+    if (table[c]++ == 0) counts.emplace_back(c, 0);
+    misplaced +=
+        misplacements(i == 0 ? u' ' : text[i - 1], c, i + 1 == text.size() ? u' ' : text[i + 1]);
+    ++total;
   }
-  for (auto& [c, count] : counts_) count = std::exchange(table[c], 0);
-}
-
-void ForeignCharacters::judgePlace(char16_t before, char16_t c, char16_t behind) {
-  const bool isCapitalInside =
-      (isCapital(c) && isSmall(before)) || (behind >= 'A' && behind <= 'Z' && isSmall(c));
-  const bool isOfOtherScript =
-      c >= kFirstNotLatin && c < kFirstMark && (isAsciiLetter(before) || isAsciiLetter(behind));
-  if (isCapitalInside) ++misplaced_;
-  if (isOfOtherScript) ++misplaced_;
+  for (auto& [c, count] : counts) count = std::exchange(table[c], 0);
 }
 
 double costIn(const Language& language, const ForeignCharacters& characters) {
   const Costs costs(language);
-  double sum = kMisplaced * static_cast<double>(characters.misplaced());
-  for (const auto& [c, count] : characters.counts())
-    sum += costs.of(c) * static_cast<double>(count);
+  double sum = kMisplaced * static_cast<double>(characters.misplaced);
+  for (const auto& [c, count] : characters.counts) sum += costs.of(c) * static_cast<double>(count);
   return sum;
 }
 

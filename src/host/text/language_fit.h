@@ -15,27 +15,14 @@ namespace Ombe {
 using CharacterTable = std::vector<std::uint32_t>;
 
 /// What a code page makes of a text: its characters beyond ASCII.
-class ForeignCharacters {
- public:
+struct ForeignCharacters {
   /// The table is all zeros, and is so again afterwards: one serves for many texts, since most have
   /// far fewer characters than it.
   ForeignCharacters(std::u16string_view text, CharacterTable& table);
 
-  /// Each character, and how many there are.
-  [[nodiscard]] const std::vector<std::pair<char16_t, std::size_t>>& counts() const {
-    return counts_;
-  }
-  /// How many of them no language puts where they stand.
-  [[nodiscard]] std::size_t misplaced() const { return misplaced_; }
-  /// How many there are in all.
-  [[nodiscard]] std::size_t total() const { return total_; }
-
- private:
-  void judgePlace(char16_t before, char16_t c, char16_t behind);
-
-  std::vector<std::pair<char16_t, std::size_t>> counts_;
-  std::size_t misplaced_ = 0;
-  std::size_t total_ = 0;
+  std::vector<std::pair<char16_t, std::size_t>> counts;  ///< each, and how many there are
+  std::size_t misplaced = 0;                             ///< that no language puts where they stand
+  std::size_t total = 0;
 };
 
 /// How surprising the characters are in a text of the language: the sum of the negative logarithms

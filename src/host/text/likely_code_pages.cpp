@@ -68,7 +68,7 @@ struct Candidate {
       : codePage(std::move(name)), text(std::move(decoded)), characters(text, table) {}
 
   [[nodiscard]] double costOfOne() const {
-    return cost / static_cast<double>(std::max<std::size_t>(characters.total(), 1));
+    return cost / static_cast<double>(std::max<std::size_t>(characters.total, 1));
   }
 };
 
