@@ -1,6 +1,6 @@
 #include "gst/element.h"
 
-#include "gst/typefinder.h"
+#include "gst/head.h"
 
 GST_DEBUG_CATEGORY(ombe_debug);
 

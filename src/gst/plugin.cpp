@@ -2,7 +2,7 @@
 #include <gst/gst.h>
 
 #include "gst/element.h"
-#include "gst/typefinder.h"
+#include "gst/head.h"
 
 #define PACKAGE "ombe"
 
