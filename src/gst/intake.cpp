@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kLargestFile = std::size_t{1} << 31;  // more than the plug-in takes
 
-/// Room for a whole file at once touches a third of the pages that a string that grows does.
+/// Room for a whole file at once: a string that grows touches new pages for each of its copies.
 void reserve(GstPad* pad, std::string& bytes) {
   constexpr gint64 kLargestReserve = 256 << 20;
   gint64 size = 0;

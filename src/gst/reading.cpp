@@ -53,9 +53,11 @@ std::string reasons(const std::string& path, const SessionOptions& options) {
 }
 
 CueList takeAll(Session& session, std::string_view content) {
+  // A guess: a file of blank lines has far fewer subtitles, and must not fail for want of room.
+  constexpr std::ptrdiff_t kMostAhead = 1 << 21;
   CueList cues;
-  // No line gives more than one subtitle; tags may make its text longer, which is rare.
-  cues.reserve(static_cast<std::size_t>(std::ranges::count(content, '\n')) + 1, content.size());
+  const auto lines = std::min(std::ranges::count(content, '\n') + 1, kMostAhead);
+  cues.reserve(static_cast<std::size_t>(lines), content.size());
   session.readToEnd([&cues](const Chunk& chunk) {
     const std::int64_t start = chunk.timestamp();
     cues.add(start, start + static_cast<std::int32_t>(chunk.duration()), chunk.text());
