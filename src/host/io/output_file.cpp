@@ -76,9 +76,15 @@ void UnsyncedFolders::add(const std::string& folder) {
 
 void UnsyncedFolders::sync() {
   const std::lock_guard lock(mutex_);
+  const std::string* failed = nullptr;
+  int error = 0;
   for (const std::string& folder : folders_) {
-    if (const int error = syncNames(folder); error != 0) failToWrite(folder, error);
+    const int result = syncNames(folder);
+    if (result == 0) continue;
+    failed = &folder;
+    error = result;
   }
+  if (failed != nullptr) failToWrite(*failed, error);
 }
 
 OutputFile::OutputFile(const std::string& path, Text text)
@@ -115,7 +121,7 @@ void OutputFile::commit(UnsyncedFolders* later) {
   if (isUnnamed_) {
     const std::string folder = folderOf(target_);
     if (later != nullptr) later->add(folder);  // first, since memory may be short
-    replaceTarget();
+    replaceTarget(folder);
     const int error = later == nullptr ? syncNames(folder) : 0;
     if (error != 0) fail(error);
   }
@@ -146,14 +152,13 @@ int OutputFile::giveName(const TemporaryName& name) {
   return error;
 }
 
-void OutputFile::replaceTarget() {
+void OutputFile::replaceTarget(const std::string& folder) {
   static std::atomic<unsigned> count{0};
-  const fs::path folder = fs::path(target_).parent_path();
   int error = syncToDisk(descriptor_);
   do {
     if (error != 0 && error != EEXIST) fail(error);
-    const std::string name = ".ombe-" + std::to_string(::getpid()) + "-" + std::to_string(++count);
-    const TemporaryName temporary((folder / name).string());
+    const std::string name = "/.ombe-" + std::to_string(::getpid()) + "-" + std::to_string(++count);
+    const TemporaryName temporary(folder + name);
     error = giveName(temporary);
     if (error == 0 && std::rename(temporary.path(), target_.c_str()) != 0) {
       error = errno;

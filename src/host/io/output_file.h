@@ -15,7 +15,7 @@ class TemporaryName;
 class UnsyncedFolders {
  public:
   void add(const std::string& folder);
-  /// Returns when the disk has them. Throws Failure that names the folder.
+  /// Returns when the disk has them. Throws Failure that names one of which it has not, after all.
   void sync();
 
  private:
@@ -56,7 +56,7 @@ class OutputFile {
 
   void openTemporary(mode_t permissions);
   [[nodiscard]] int giveName(const TemporaryName& name);
-  void replaceTarget();
+  void replaceTarget(const std::string& folder);
   void flush();
   [[noreturn]] void fail(int error) const;
 
