@@ -23,12 +23,12 @@ constexpr char kChannel[] = "Utilities";
 constexpr char kFunction[] = "readFile";
 
 /// A file open for reading, closed at the latest when it goes out of scope.
-class InputFile {
+class SourceFile {
  public:
-  explicit InputFile(const ByteString& path) : descriptor_(::open(view(path).data(), O_RDONLY)) {}
-  InputFile(const InputFile&) = delete;
-  InputFile& operator=(const InputFile&) = delete;
-  ~InputFile() { close(); }
+  explicit SourceFile(const ByteString& path) : descriptor_(::open(view(path).data(), O_RDONLY)) {}
+  SourceFile(const SourceFile&) = delete;
+  SourceFile& operator=(const SourceFile&) = delete;
+  ~SourceFile() { close(); }
 
   [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
 
@@ -58,7 +58,7 @@ void logUnallocated(std::uint64_t bytes) {
 
 /// How many bytes to read. False, logged, when a file is too large for 32 bits. A size that cannot
 /// be found counts as all ones.
-bool findCount(const InputFile& file, std::uint32_t limit, std::uint32_t& count) {
+bool findCount(const SourceFile& file, std::uint32_t limit, std::uint32_t& count) {
   count = limit;
   if (limit != kWholeFile) return true;
   const std::int64_t size = file.size();
@@ -81,7 +81,7 @@ void storeCodePage(SettingStore& store, const String& name) {
 }  // namespace
 
 bool readFile(SettingStore* store, const ByteString& path, ByteString& out, std::uint32_t limit) {
-  InputFile file(path);
+  SourceFile file(path);
   if (!file.isOpen()) {
     Logger::instance().log(kChannel, kFunction, 284, "Failed to open file %s\n", view(path).data());
     return false;

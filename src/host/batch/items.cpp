@@ -15,7 +15,6 @@ namespace Ombe {
 namespace {
 
 namespace fs = std::filesystem;
-using Kind = NamedSource::Kind;
 using Result = BatchItem::Result;
 
 /// Notes the failure that is being handled, without allocating.
@@ -27,8 +26,8 @@ void noteFailure(BatchItem& item) noexcept {
     // Kept by the hundred these would use up the reserve that lets them be thrown.
   } catch (const Failure& failure) {
     // A folder of films holds other texts as well.
-    const bool isOther = item.source.kind == Kind::kFound && failure.step() == Step::kProbe &&
-                         item.source.path.ends_with(".txt");
+    const bool isOther = item.source.kind == NamedSource::Kind::kFound &&
+                         failure.step() == Step::kProbe && item.source.path.ends_with(".txt");
     if (isOther) item.result = Result::kSkipped;
     item.failure = std::current_exception();
   } catch (...) {
@@ -94,7 +93,7 @@ bool prepareOutput(BatchItem& item, const OutputChoice& choice) {
 
 void processItem(BatchItem& item, const WriteItem& write) noexcept {
   try {
-    if (item.source.kind == Kind::kSkipped) item.result = Result::kSkipped;
+    if (item.source.kind == NamedSource::Kind::kSkipped) item.result = Result::kSkipped;
     if (!item.output.empty()) write(item);
   } catch (...) {
     noteFailure(item);

@@ -19,7 +19,6 @@ namespace Ombe {
 namespace {
 
 namespace fs = std::filesystem;
-using Kind = NamedSource::Kind;
 
 bool isFolder(const std::string& path) {
   std::error_code ignored;
@@ -123,7 +122,8 @@ std::vector<BatchItem> planOutputs(const std::vector<std::string>& sources,
   Planner planner(choice, ending, std::count_if(sources.begin(), sources.end(), isFolder) > 1);
   std::vector<BatchItem> items;
   for (NamedSource& source : namedSources(sources)) {
-    const bool isWritten = source.kind == Kind::kNamed || source.kind == Kind::kFound;
+    const bool isWritten =
+        source.kind == NamedSource::Kind::kNamed || source.kind == NamedSource::Kind::kFound;
     std::string output = isWritten ? planner.outputFor(source) : "";
     items.push_back({std::move(source), std::move(output)});
   }

@@ -6,12 +6,12 @@
 namespace Ombe {
 namespace {
 
-struct Asked {
+struct ExportArguments {
   std::vector<std::string> files;
   ExportOptions options;
 };
 
-std::vector<Option> ownOptions(Asked& asked) {
+std::vector<Option> ownOptions(ExportArguments& asked) {
   ExportOptions& options = asked.options;
   std::vector<Option> own = outputOptions(options.choice);
   own.insert(own.begin(), {sourcesOption(asked.files),
@@ -35,7 +35,7 @@ std::vector<Option> ownOptions(Asked& asked) {
 }  // namespace
 
 Command exportCommand() {
-  const auto asked = std::make_shared<Asked>();
+  const auto asked = std::make_shared<ExportArguments>();
   SessionOptions& session = asked->options.session;
   Command command = {.purpose = "Write subtitles in another format",
                      .footer =

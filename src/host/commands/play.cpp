@@ -25,7 +25,7 @@
 namespace Ombe {
 namespace {
 
-struct Asked {
+struct PlayArguments {
   std::vector<std::string> files;
   PlayOptions play;
   ColorMode color = ColorMode::kAuto;
@@ -63,7 +63,7 @@ std::vector<std::string> findLikelyCodePages(Session& session) {
 }
 
 /// The signal that ended it, or 0. Everything is let go of on return.
-int run(const Asked& options) {
+int run(const PlayArguments& options) {
   const bool onTerminal = !options.play.printsLines && isScreen();
   ColorDepth depth = onTerminal ? ColorDepth::kNoColor : ColorDepth::kNoStyle;
   if (wantsColor(options.color, STDOUT_FILENO)) {
@@ -105,7 +105,7 @@ int run(const Asked& options) {
   return 0;
 }
 
-ExitCode play(const Asked& options) {
+ExitCode play(const PlayArguments& options) {
   // Whoever sent the signal is to see that it was what ended the program.
   if (const int signal = run(options); signal != 0) static_cast<void>(std::raise(signal));
   return ExitCode::kDone;
@@ -118,7 +118,7 @@ std::optional<std::int32_t> parseSpeed(const std::string& text) {
   return static_cast<std::int32_t>(std::lround(*factor * Player::kNormalSpeed));
 }
 
-std::vector<Option> ownOptions(Asked& asked) {
+std::vector<Option> ownOptions(PlayArguments& asked) {
   return {fileOption(asked.files),
           {.names = {"--start"},
            .value = "TIME",
@@ -142,7 +142,7 @@ std::vector<Option> ownOptions(Asked& asked) {
 }  // namespace
 
 Command playCommand() {
-  const auto asked = std::make_shared<Asked>();
+  const auto asked = std::make_shared<PlayArguments>();
   Command command = {.purpose = "Play the subtitles in the terminal",
                      .footer = "Example: ombe play movie.sub --start 1:30",
                      .options = withSourceOptions(ownOptions(*asked), asked->session),

@@ -11,7 +11,6 @@ namespace Ombe {
 namespace {
 
 namespace fs = std::filesystem;
-using Kind = NamedSource::Kind;
 
 std::string lowered(std::string text) {
   for (char& c : text) {
@@ -47,6 +46,8 @@ class FolderSearch {
   }
 
  private:
+  using Kind = NamedSource::Kind;
+
   void search(const fs::path& folder) {
     std::error_code error;
     fs::directory_iterator at(folder, error);
@@ -97,7 +98,7 @@ std::vector<NamedSource> namedSources(const std::vector<std::string>& arguments)
   for (const std::string& argument : arguments) {
     std::error_code ignored;
     if (argument == "-" || !fs::is_directory(argument, ignored)) {
-      sources.push_back({Kind::kNamed, argument, "", ""});
+      sources.push_back({NamedSource::Kind::kNamed, argument, "", ""});
     } else {
       auto found = FolderSearch(argument).run();
       std::move(found.begin(), found.end(), std::back_inserter(sources));

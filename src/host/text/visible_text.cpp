@@ -30,7 +30,7 @@ void appendEscape(std::string& out, std::int32_t code) {
   for (int shift = 12; shift >= 0; shift -= 4) out += "0123456789ABCDEF"[code >> shift & 0xF];
 }
 
-std::string shown(std::string_view text, std::string_view kept) {
+std::string visible(std::string_view text, std::string_view kept) {
   std::string out;
   while (!text.empty()) {
     const Utf8Piece piece = nextUtf8Piece(text);
@@ -51,8 +51,8 @@ std::string shown(std::string_view text, std::string_view kept) {
 
 }  // namespace
 
-std::string visibleText(std::string_view text) { return shown(text, "\n\t"); }
-std::string visibleLine(std::string_view text) { return shown(text, "\t"); }
+std::string visibleText(std::string_view text) { return visible(text, "\n\t"); }
+std::string visibleLine(std::string_view text) { return visible(text, "\t"); }
 
 std::string escaped(std::string_view text, std::initializer_list<Escape> escapes) {
   std::string out;

@@ -128,7 +128,7 @@ void leavesTheHostsAllocator(const Subject& subject) {
   }
 }
 
-constexpr ContractCheck kChecks[] = {
+constexpr ContractCheck kAllocatorChecks[] = {
     {"allocator.chunk", kOwnership, "a delivered chunk has its bytes and their number",
      carriesItsBytes},
     {"allocator.null", kTables, "deleteChunk takes a null pointer", bearsNull},
@@ -150,6 +150,6 @@ constexpr ContractCheck kChecks[] = {
 
 }  // namespace
 
-std::span<const ContractCheck> allocatorChecks() { return kChecks; }
+std::span<const ContractCheck> allocatorChecks() { return kAllocatorChecks; }
 
 }  // namespace Ombe

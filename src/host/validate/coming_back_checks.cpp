@@ -132,7 +132,7 @@ void bearsSettingsThatAreTold(Playing& playing) {
   expectSame("the number of entries", entries.size(), readAnew(playing.stream).size());
 }
 
-constexpr ContractCheck kChecks[] = {
+constexpr ContractCheck kComingBackChecks[] = {
     {"coming-back.announced", kThreads, "a stream may be read from within announceStream",
      readsWhenAnnounced},
     {"coming-back.selected", kThreads, "the program may be activated from within selectStream",
@@ -158,6 +158,6 @@ constexpr ContractCheck kChecks[] = {
 
 }  // namespace
 
-std::span<const ContractCheck> comingBackChecks() { return kChecks; }
+std::span<const ContractCheck> comingBackChecks() { return kComingBackChecks; }
 
 }  // namespace Ombe

@@ -141,7 +141,7 @@ void deactivatesAtAnyTime(WatchedEngine& engine) {
   }
 }
 
-constexpr ContractCheck kChecks[] = {
+constexpr ContractCheck kContainerChecks[] = {
     {"container.before-attach", kTables,
      "before attach there is no UID, no path and no program, and open gives 0x80100001",
      knowsNothingBeforeAttach},
@@ -172,6 +172,6 @@ constexpr ContractCheck kChecks[] = {
 
 }  // namespace
 
-std::span<const ContractCheck> containerChecks() { return kChecks; }
+std::span<const ContractCheck> containerChecks() { return kContainerChecks; }
 
 }  // namespace Ombe

@@ -93,7 +93,7 @@ void loadsTwice(const Subject& subject) {
   expectSame("release of the first one's", 0, one.release());
 }
 
-constexpr ContractCheck kChecks[] = {
+constexpr ContractCheck kLoadingChecks[] = {
     {"loading.loads", kGettingAComponent, "the loader finds everything that it needs",
      [](const Subject& subject) { load(subject); }},
     {"loading.entry-point", kGettingAComponent, "it exports __getPlugin",
@@ -113,6 +113,6 @@ constexpr ContractCheck kChecks[] = {
 
 }  // namespace
 
-std::span<const ContractCheck> loadingChecks() { return kChecks; }
+std::span<const ContractCheck> loadingChecks() { return kLoadingChecks; }
 
 }  // namespace Ombe

@@ -104,7 +104,7 @@ void keepsContext(const Subject& subject) {
          "getPluginContext gave another pointer than __getPlugin was given");
 }
 
-constexpr ContractCheck kChecks[] = {
+constexpr ContractCheck kLookupChecks[] = {
     {"lookup.vocabulary", kGettingAComponent,
      "an identifier gives 0 with a pointer, or 3 with a null pointer", answersOrRefuses},
     {"lookup.unknown-identifier", kGettingAComponent,
@@ -127,6 +127,6 @@ constexpr ContractCheck kChecks[] = {
 
 }  // namespace
 
-std::span<const ContractCheck> lookupChecks() { return kChecks; }
+std::span<const ContractCheck> lookupChecks() { return kLookupChecks; }
 
 }  // namespace Ombe

@@ -167,7 +167,7 @@ void writesInside(Playing& playing) {
   found.expectGuards("getInterface");
 }
 
-constexpr ContractCheck kChecks[] = {
+constexpr ContractCheck kMemoryChecks[] = {
     {"memory.component", kGettingAComponent, "a component leaves nothing behind", makesAndReleases},
     {"memory.lookup", kGettingAComponent, "looking up interfaces leaves nothing behind", looksUp},
     {"memory.queries", kOwnership, "the container's answers are whole in the caller's hands",
@@ -188,6 +188,6 @@ constexpr ContractCheck kChecks[] = {
 
 }  // namespace
 
-std::span<const ContractCheck> memoryChecks() { return kChecks; }
+std::span<const ContractCheck> memoryChecks() { return kMemoryChecks; }
 
 }  // namespace Ombe

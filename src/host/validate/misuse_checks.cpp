@@ -279,7 +279,7 @@ void bearsAnyCallBack(const Subject& subject) {
   Logger::instance().setSink({});
 }
 
-constexpr ContractCheck kChecks[] = {
+constexpr ContractCheck kMisuseChecks[] = {
     {"misuse.any-order", kForgiveness,
      "whatever a host does, and whatever next, is answered, and everything plays on",
      bearsAnyOrder},
@@ -293,6 +293,6 @@ constexpr ContractCheck kChecks[] = {
 
 }  // namespace
 
-std::span<const ContractCheck> misuseChecks() { return kChecks; }
+std::span<const ContractCheck> misuseChecks() { return kMisuseChecks; }
 
 }  // namespace Ombe

@@ -148,7 +148,7 @@ void throwsNothing(const Subject& subject) {
   }
 }
 
-constexpr ContractCheck kChecks[] = {
+constexpr ContractCheck kProgramChecks[] = {
     {"container.throws-nothing", kThreads, "nothing but std::bad_alloc leaves an operation",
      throwsNothing},
     {"container.opens", kTables,
@@ -182,6 +182,6 @@ constexpr ContractCheck kChecks[] = {
 
 }  // namespace
 
-std::span<const ContractCheck> programChecks() { return kChecks; }
+std::span<const ContractCheck> programChecks() { return kProgramChecks; }
 
 }  // namespace Ombe

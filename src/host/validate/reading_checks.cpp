@@ -166,7 +166,7 @@ void addsTheOffset(Playing& playing, const Entries& entries) {
              shifted.substr(shifted.find('+')));
 }
 
-constexpr ContractCheck kChecks[] = {
+constexpr ContractCheck kReadingChecks[] = {
     {"stream.order", kTables, "entries are delivered by their start", knowing<readsInOrder>},
     {"stream.end", kTables, "past the end a read gives 0 and a null pointer, again and again",
      staysAtItsEnd},
@@ -204,6 +204,6 @@ constexpr ContractCheck kChecks[] = {
 
 }  // namespace
 
-std::span<const ContractCheck> readingChecks() { return kChecks; }
+std::span<const ContractCheck> readingChecks() { return kReadingChecks; }
 
 }  // namespace Ombe

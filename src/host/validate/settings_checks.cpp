@@ -140,7 +140,7 @@ void isSilentWhenReleased(const Subject& subject) {
   }
 }
 
-constexpr ContractCheck kChecks[] = {
+constexpr ContractCheck kSettingsChecks[] = {
     {"settings.registers", kTables, "an activation registers one consumer", registersOnActivation},
     {"settings.deregisters", kTables, "deactivate deregisters, keeping streams or not",
      deregisters},
@@ -164,6 +164,6 @@ constexpr ContractCheck kChecks[] = {
 
 }  // namespace
 
-std::span<const ContractCheck> settingsChecks() { return kChecks; }
+std::span<const ContractCheck> settingsChecks() { return kSettingsChecks; }
 
 }  // namespace Ombe

@@ -79,7 +79,7 @@ void keepsWhatIsSet(Playing& playing) {
   }
 }
 
-constexpr ContractCheck kChecks[] = {
+constexpr ContractCheck kStreamChecks[] = {
     {"stream.constants", kTables, "slots 2, 7, 14 and 17 answer 0, 320, 0 and false",
      answersConstants},
     {"stream.framerate", kTables, "framerate gives false and leaves its outputs alone", isNoVideo},
@@ -97,6 +97,6 @@ constexpr ContractCheck kChecks[] = {
 
 }  // namespace
 
-std::span<const ContractCheck> streamChecks() { return kChecks; }
+std::span<const ContractCheck> streamChecks() { return kStreamChecks; }
 
 }  // namespace Ombe

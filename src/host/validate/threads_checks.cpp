@@ -237,7 +237,7 @@ void leavesNoLock(Playing& playing) {
   playing.container().deactivate(false), elsewhere("deactivate");
 }
 
-constexpr ContractCheck kChecks[] = {
+constexpr ContractCheck kThreadsChecks[] = {
     {"threads.no-lock-kept", kThreads, "no operation leaves the lock held", leavesNoLock},
     {"threads.read-and-move", kThreads,
      "reads, seeks and changes of speed may come from several threads", readsAndIsMoved},
@@ -260,6 +260,6 @@ constexpr ContractCheck kChecks[] = {
 
 }  // namespace
 
-std::span<const ContractCheck> threadsChecks() { return kChecks; }
+std::span<const ContractCheck> threadsChecks() { return kThreadsChecks; }
 
 }  // namespace Ombe
