@@ -1,5 +1,5 @@
-// A plug-in that plays any file whose name ends in ".three" as three entries: right as it stands,
-// and with one fault for each macro that is defined.
+// A plug-in that plays any file whose name ends in ".three" as three entries: right, or
+// with the fault whose name it is linked with.
 // NOLINTBEGIN: its faults are what it is for.
 #include <ombe_core/buffer_allocator.h>
 #include <ombe_core/container_host.h>
@@ -18,11 +18,16 @@
 #include <mutex>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
 
 using namespace Ombe;
 
+extern const char fault[];
+
 namespace {
+
+bool has(std::string_view name) { return name == fault; }
 
 struct Allocator final : IBufferAllocator {
   void* allocate(std::uint32_t, std::uint32_t, std::uint32_t) override { return nullptr; }
@@ -33,9 +38,7 @@ struct Allocator final : IBufferAllocator {
       chunk->unlock();
     }
     delete chunk;
-#ifdef FREES_CHUNKS_TWICE
-    delete chunk;
-#endif
+    if (has("FREES_CHUNKS_TWICE")) delete chunk;
   }
 };
 
@@ -67,25 +70,19 @@ struct Stream final : StreamInterface {
     const std::lock_guard guard(mutex);
     if (out == nullptr || readSpeed() == 0) return kGeneralFailure;
     *out = time > 3000 ? 4000 : std::max(1000U, (time + 999) / 1000 * 1000);
-#ifdef WRITES_OUTSIDE
-    out[1] = 1;
-#endif
+    if (has("WRITES_OUTSIDE")) out[1] = 1;
     return kSuccess;
   }
   Status seekStream(std::uint32_t time, std::uint32_t* out, bool) override {
     const std::lock_guard guard(mutex);
-#ifdef TOUCHES_OUTPUTS
-    if (out != nullptr) *out = 0;
-#endif
+    if (has("TOUCHES_OUTPUTS") && out != nullptr) *out = 0;
     if (readSpeed() == 0) return kGeneralFailure;
     next = time > 4000 ? 4 : std::max(1, static_cast<int>(time + 999) / 1000 - 1);
     if (out != nullptr) *out = static_cast<std::uint32_t>(next) * 1000;
     return kSuccess;
   }
   Status readStream(MediaChunk** out) override {
-#ifdef KEEPS_ITS_LOCK
-    mutex.lock();
-#endif
+    if (has("KEEPS_ITS_LOCK")) mutex.lock();
     const std::lock_guard guard(mutex);
     if (out == nullptr) return kGeneralFailure;
     *out = nullptr;
@@ -105,10 +102,8 @@ struct Stream final : StreamInterface {
     (*out)->timestamp = start;
     (*out)->duration = 1000;
     lastChunkTime = start + 1000;
-#ifdef LEAKS
     [[maybe_unused]] static char* volatile kept;  // or else the compiler leaves it out
-    kept = new char[40];
-#endif
+    if (has("LEAKS")) kept = new char[40];
     return kSuccess;
   }
   bool setReadSpeed(std::int32_t speed) override {
@@ -132,10 +127,8 @@ struct Broken final : Plugin, ContainerInterface {
   Status getInterface(const String& identifier, void** out) override {
     const bool isContainer = view(identifier) == kContainerInterfaceId;
     *out = isContainer ? static_cast<ContainerInterface*>(this) : nullptr;
-#ifdef GIVES_THE_WRONG_STATUS
-    return isContainer ? kSuccess : kGeneralFailure;
-#endif
-    return isContainer ? kSuccess : kUnknownInterface;
+    if (isContainer) return kSuccess;
+    return has("GIVES_THE_WRONG_STATUS") ? kGeneralFailure : kUnknownInterface;
   }
   static std::string pathOf(const MediaSource& source) {
     const ByteString uri = source.getUri();
@@ -153,20 +146,12 @@ struct Broken final : Plugin, ContainerInterface {
     const std::lock_guard guard(mutex);
     const std::string file = pathOf(source);
     if (file.empty() || host == nullptr) {
-#ifdef THROWS
-      throw std::runtime_error("no such file");
-#endif
+      if (has("THROWS")) throw std::runtime_error("no such file");
       return kGeneralFailure;
     }
-#ifdef HANGS
-    for (;;) std::this_thread::sleep_for(std::chrono::seconds(1));
-#endif
-#ifdef CRASHES
-    static_cast<volatile int*>(nullptr)[0] = 1;
-#endif
-#ifdef CALLS_THE_HOST_WRONGLY
-    host->reservedSlot5();
-#endif
+    while (has("HANGS")) std::this_thread::sleep_for(std::chrono::seconds(1));
+    if (has("CRASHES")) static_cast<volatile int*>(nullptr)[0] = 1;
+    if (has("CALLS_THE_HOST_WRONGLY")) host->reservedSlot5();
     path = file;
     const UID uid = host->newUID();
     streams[count++] = new Stream(mutex, allocator, *host, getContainerUID(), uid);
@@ -195,9 +180,7 @@ struct Broken final : Plugin, ContainerInterface {
       Stream* stream = streams[--count];
       stream->isReleased = true;
       host->withdrawStream(stream->streamUID());
-#ifdef DELETES_STREAMS
-      delete stream;
-#endif
+      if (has("DELETES_STREAMS")) delete stream;
     }
     return kSuccess;
   }
@@ -209,13 +192,8 @@ struct Broken final : Plugin, ContainerInterface {
   std::int32_t findMediaTypeRank(const ByteString& name) override {
     return view(name) == "text/x-three" ? 1 : -1;
   }
-#ifdef HAS_ITS_SLOTS_IN_ANOTHER_ORDER
-  Status close() override { return 1; }
-  std::uint32_t mediaTypeCount() override { return 0; }
-#else
-  Status close() override { return kSuccess; }
-  std::uint32_t mediaTypeCount() override { return 1; }
-#endif
+  Status close() override { return has("HAS_ITS_SLOTS_IN_ANOTHER_ORDER") ? 1 : kSuccess; }
+  std::uint32_t mediaTypeCount() override { return has("HAS_ITS_SLOTS_IN_ANOTHER_ORDER") ? 0 : 1; }
   ByteString mediaTypeAt(std::uint32_t index) override {
     return index == 0 ? toByteString("text/x-three") : ByteString();
   }
