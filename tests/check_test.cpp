@@ -28,7 +28,7 @@ using testing::Not;
 using std::string_literals::operator""s;
 
 CheckReport checked(const std::string& path, SessionOptions options = {}, std::size_t limit = 0) {
-  options.plugin = OMBE_PLUGIN;
+  options.plugin = kPlugin;
   return checkFile(path, options, limit);
 }
 
@@ -205,8 +205,9 @@ TEST(CodePages, AreChosenWhereAFileLeavesAChoice) {
 }
 
 TEST(CodePages, AreGuessedForTheSamples) {
-  EXPECT_EQ(likelyCodePages(contentOf(OMBE_SAMPLES_DIR "/windows-1250.sub")).at(0), "windows-1250");
-  EXPECT_EQ(likelyCodePages(contentOf(OMBE_SAMPLES_DIR "/cyrillic-windows-1251.sub")).at(0),
+  const std::filesystem::path samples(kSamples);
+  EXPECT_EQ(likelyCodePages(contentOf(samples / "windows-1250.sub")).at(0), "windows-1250");
+  EXPECT_EQ(likelyCodePages(contentOf(samples / "cyrillic-windows-1251.sub")).at(0),
             "windows-1251");
   for (const std::size_t before : {0U, 1U}) {  // no end of the sample may halve a character
     std::string japanese(before, '\n');

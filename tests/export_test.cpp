@@ -65,7 +65,7 @@ TEST(Export, WritesWhatWasNamedAndNothingElse) {
     // Without these capabilities permissions bind root as well.
     const std::string drop =
         ::geteuid() == 0 ? "setpriv --bounding-set=-dac_override,-dac_read_search " : "";
-    const auto [code, out, err] = runShell(folder, "plain='" + drop + OMBE_BINARY "'; " + row[1] +
+    const auto [code, out, err] = runShell(folder, "plain='" + drop + kProgram + "'; " + row[1] +
                                                        "; code=$?; chmod -R u+rwX .; exit $code");
     EXPECT_EQ(std::to_string(code), row[2]);
     EXPECT_EQ(changes(before, filesBelow(folder)), row[3]);
@@ -79,7 +79,7 @@ TEST(Export, WritesWhatWasNamedAndNothingElse) {
   const TempFile first("{1}{2}a\n", "a.sub"), second("{1}{2}b\n", "b.sub");
   const fs::path folder = fs::path(first.path()).parent_path() / "out";
   Ombe::ExportOptions options;
-  options.session.plugin = OMBE_PLUGIN;
+  options.session.plugin = kPlugin;
   options.choice.output = folder.string() + "/";
   options.jobs = 1;
   const std::vector<std::string> sources{first.path(), second.path()};
@@ -102,7 +102,7 @@ TEST(Export, WritesWhatWasNamedAndNothingElse) {
 
 TEST(Export, SaysWhatWasWrittenWhenMemoryIsShort) {
   // What a plug-in allocates while it is loaded is for the loader to lack.
-  const Ombe::PluginLibrary loaded(OMBE_PLUGIN);
+  const Ombe::PluginLibrary loaded(kPlugin);
   for (const FaultMode mode : {FaultMode::kOnce, FaultMode::kFromThereOn}) {
     std::set<std::size_t> written;
     long nth = 1;

@@ -13,6 +13,7 @@
 
 #include "ombe_core/file.h"
 #include "support/fakes.h"
+#include "support/paths.h"
 
 /// What the system is made to say instead of the truth.
 struct Pretence {
@@ -134,7 +135,7 @@ TEST(File, ThatIsOpenedAgainClosesWhatWasOpen) {
 /// Plays a text, in a process that has bound no converter library yet, with one that lacks a
 /// function.
 void readWithStub(const std::string& missing) {
-  const std::string file = OMBE_CONVERTER_STUBS "/without_" + missing + ".so";
+  const std::string file = std::string(kConverterStubs) + "/without_" + missing + ".so";
   void* const stub = ::dlopen(file.c_str(), RTLD_NOW);
   ASSERT_NE(stub, nullptr) << ::dlerror();
   Engine engine;

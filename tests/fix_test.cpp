@@ -21,7 +21,7 @@ using std::string_literals::operator""s;
 
 SessionOptions sessionOptions(const std::string& codePage = "") {
   SessionOptions options;
-  options.plugin = OMBE_PLUGIN;
+  options.plugin = kPlugin;
   if (!codePage.empty()) options.codePage = codePage;
   return options;
 }
@@ -58,7 +58,7 @@ TEST(Fix, LosesNoFileToItsOwnOutput) {
   const TempFile file(broken, "a.sub");
   const auto folder = std::filesystem::path(file.path()).parent_path();
   const auto fix = [&](const std::string& arguments) {
-    return runShell(folder, "ombe fix --plugin '" OMBE_PLUGIN "' " + arguments).exitCode;
+    return runShell(folder, "ombe fix --plugin '"s + kPlugin + "' " + arguments).exitCode;
   };
   std::filesystem::create_hard_link(file.path(), folder / "b.sub");
   for (const char* output : {"a.sub", "./a.sub", "b.sub"}) {

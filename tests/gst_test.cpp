@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "support/fakes.h"
+#include "support/paths.h"
 #include "support/table.h"
 
 #ifdef __SANITIZE_THREAD__
@@ -30,12 +31,12 @@ void complain(const char* /*domain*/, GLogLevelFlags level, const char* text, gp
 
 class Environment : public testing::Environment {
   void SetUp() override {
-    g_setenv("GST_REGISTRY", OMBE_GST_REGISTRY, TRUE);
+    g_setenv("GST_REGISTRY", ombe_test::kElementRegistry, TRUE);
     g_setenv("GST_TRACERS", "leaks", TRUE);
     g_setenv("OMBE_PLUGIN_PATH", "", TRUE);
     g_log_set_default_handler(complain, nullptr);
     gst_init(nullptr, nullptr);
-    gst_object_unref(gst_plugin_load_file(OMBE_GST_PLUGIN, nullptr));
+    gst_object_unref(gst_plugin_load_file(ombe_test::kElementPlugin, nullptr));
   }
   void TearDown() override { gst_deinit(); }
 };

@@ -102,7 +102,7 @@ TEST(Playing, FollowsTheClockAndEveryChange) {
   for (const auto& row : readTable("playing.txt")) {
     if (row[0] == "film") {
       player.reset();
-      session.emplace(SessionOptions{.plugin = OMBE_PLUGIN}).open(film.emplace(row[1]).path());
+      session.emplace(SessionOptions{.plugin = kPlugin}).open(film.emplace(row[1]).path());
       player.emplace(*session);
       continue;
     }
@@ -123,7 +123,7 @@ TEST(Playing, FollowsTheClockAndEveryChange) {
 
 TEST(Playing, IsControlledByKeys) {
   const TempFile movie("{1}{1}25\n{25}{3000}{c:$FF0000}m\xF3j \xBF\xF3\xB3ty\n");
-  Session session({.plugin = OMBE_PLUGIN});
+  Session session({.plugin = kPlugin});
   session.open(movie.path());
   Player player(session);
   Tuning tuning(session.controller(), {"IBM852"}, {"25 fps (stated)", 25});
@@ -155,7 +155,7 @@ TEST(Playing, IsControlledByKeys) {
 
   const std::string full(65535, 'y');
   const TempFile crowd("{1}{99}x\n{1}{99}" + full + "żz\n");
-  Session other({.plugin = OMBE_PLUGIN});
+  Session other({.plugin = kPlugin});
   other.open(crowd.path());
   Player watched(other, 50);
   EXPECT_EQ(describe(Controls(watched, tuning, ColorOrder::kRgb).frame().captions),
@@ -175,8 +175,9 @@ struct OnTerminal {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) ::signal(signal, SIG_DFL);
     for (const int descriptor : {0, 1, 2}) ::dup2(slave, descriptor);
     ::close(master);
-    const std::string command = "cd '" OMBE_SAMPLES_DIR "'; exec env -u NO_COLOR -u COLORTERM " +
-                                environment + " '" OMBE_BINARY "' " + arguments;
+    const std::string command = std::string("cd '") + kSamples +
+                                "'; exec env -u NO_COLOR -u COLORTERM " + environment + " '" +
+                                kProgram + "' " + arguments;
     ::execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
     ::_exit(127);
   }
@@ -215,7 +216,7 @@ struct OnTerminal {
 TEST(Terminal, ShowsWhatIsPlayedAndIsGivenBack) {
   const TempFile hostile("{1}{1}25\n{1}{2}a\x1B[31mb\xC2\x9B\n");
   ::setenv("HOSTILE", hostile.path().c_str(), 1);
-  ::setenv("MPL2", OMBE_MPL2, 1);
+  ::setenv("MPL2", kMpl2Plugin, 1);
   std::optional<OnTerminal> terminal;
   for (const auto& row : readTable("terminal.txt")) {
     SCOPED_TRACE(row[0] + " " + row[1]);
@@ -267,7 +268,7 @@ std::string startsOf(const std::string& lines) {
 
 TEST(Terminal, ShowsHowToExportWhatWasFound) {
   const std::string name = "it's \x1B.sub";
-  ::setenv("MPL2", OMBE_MPL2, 1);
+  ::setenv("MPL2", kMpl2Plugin, 1);
   for (auto& row : readNamedTable("marks.txt")) {
     SCOPED_TRACE(row["film"] + " " + row["options"] + row["keys"]);
     const TempFile film(row["film"], name);
@@ -283,12 +284,12 @@ TEST(Terminal, ShowsHowToExportWhatWasFound) {
     if (line.empty()) continue;
     EXPECT_THAT(line, StartsWith("ombe export $'" + folder + "it\\'s \\033.sub' "));
     if (const auto at = row["line"].find("$MPL2"); at != std::string::npos)
-      row["line"].replace(at, 5, OMBE_MPL2);
+      row["line"].replace(at, 5, kMpl2Plugin);
     EXPECT_THAT(line, EndsWith(row["line"] + "\r\n"));
     const std::string command = line.substr(0, line.size() - 2) + " -f jsonl";
     std::ofstream(folder + "command") << command;
-    const auto [code, out, err] =
-        runShell(folder, "bash -c 'ombe() { \"" OMBE_BINARY "\" \"$@\"; }; . ./command'");
+    const auto [code, out, err] = runShell(
+        folder, std::string("bash -c 'ombe() { \"") + kProgram + "\" \"$@\"; }; . ./command'");
     EXPECT_EQ(startsOf(out), row["starts"]) << command << err;
   }
 }
@@ -307,7 +308,7 @@ TEST(Lines, ArePrintedOnceWhenSubtitlesBegin) {
        "\x1B[0;33mThe sea was blue that day,\x1B[0m | \n"}};
   const std::string play = "unset COLORTERM; TERM= ombe play styled.sub --speed 1000 ";
   for (const auto& [options, out] : cases) {
-    EXPECT_EQ(runShell(OMBE_SAMPLES_DIR, play + options).out, out);
+    EXPECT_EQ(runShell(kSamples, play + options).out, out);
   }
 }
 

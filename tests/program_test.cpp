@@ -22,14 +22,14 @@ TEST(Program, AnswersEveryCommandWithItsExitCode) {
   const TempFile foreign("{1}{2}a\n", "caf\xE9.sub");
   const std::string acting = "\x1B]0;x\x07\xC2\x9B\u202E\u2066\u200F\u2028";
   const TempFile hostile("{1}{2}{f:" + acting + "}" + acting + "\n", acting + "\n.sub");
-  const std::string names = "FOREIGN='" + foreign.path() +
-                            "' MPL2='" OMBE_MPL2 "' NO_PLUGIN='" OMBE_CORE
-                            "' THROWING='" OMBE_THROWING "' ACTING='" +
-                            acting + "' HOSTILE='" + hostile.path() + "'; " + kCompletes + "ombe ";
+  const std::string names = "FOREIGN='" + foreign.path() + "' MPL2='" + kMpl2Plugin +
+                            "' NO_PLUGIN='" + kCoreLibrary + "' THROWING='" + kThrowingPlugin +
+                            "' ACTING='" + acting + "' HOSTILE='" + hostile.path() + "'; " +
+                            kCompletes + "ombe ";
   for (auto& row : readNamedTable("program.txt")) {
     const std::string& arguments = row["arguments"];
     SCOPED_TRACE(arguments);
-    const auto [exitCode, out, err] = runShell(OMBE_SAMPLES_DIR, names + arguments);
+    const auto [exitCode, out, err] = runShell(kSamples, names + arguments);
     EXPECT_EQ(std::to_string(exitCode), row["exit"]);
     EXPECT_THAT(out, HasSubstr(row["output"]));
     EXPECT_THAT(err, HasSubstr(row["errors"]));

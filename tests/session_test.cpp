@@ -101,7 +101,7 @@ TEST(FrameRate, IsTakenAsAnExactFraction) {
 
 TEST(Session, OwnsStreamsUntilWithdrawnAndReadsWhatIsDue) {
   const TempFile movie("{1}{1}25\n{25}{50}a\n");
-  Session session({.language = "pol", .offsetMs = 1000, .plugin = OMBE_PLUGIN});
+  Session session({.language = "pol", .offsetMs = 1000, .plugin = kPlugin});
   EXPECT_EQ(view(session.host().preferredLanguage()), "pol");
   session.open(movie.path());
   session.container().activateProgram(session.container().getProgramUIDs().head()->value);
@@ -119,7 +119,7 @@ TEST(Session, OwnsStreamsUntilWithdrawnAndReadsWhatIsDue) {
 
 /// Starts of the subtitles, and the rate that is set.
 std::pair<std::vector<double>, Ratio> playedTimes(const std::string& path, const FilmTimes& times) {
-  Session session({.plugin = OMBE_PLUGIN});
+  Session session({.plugin = kPlugin});
   session.open(path);
   fitTimes(session, path, times);
   std::pair<std::vector<double>, Ratio> played({}, {0, 1});

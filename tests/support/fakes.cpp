@@ -17,7 +17,7 @@ std::string pathOf(const Setting& setting) {
 }
 
 EntryPoint entryPoint() {
-  static void* const module = ::dlopen(OMBE_PLUGIN, RTLD_NOW | RTLD_LOCAL);
+  static void* const module = ::dlopen(kPlugin, RTLD_NOW | RTLD_LOCAL);
   if (module == nullptr) ADD_FAILURE() << ::dlerror();
   return reinterpret_cast<EntryPoint>(::dlsym(module, kEntryPointName));
 }

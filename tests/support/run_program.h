@@ -29,9 +29,9 @@ inline std::string contentOf(const std::filesystem::path& path) {
 /// Runs a shell command line, in which `ombe` is the built program, in `folder`.
 inline ProgramResult runShell(const std::filesystem::path& folder, const std::string& line) {
   const TempFile out("", "out");
-  const std::string command = "ombe() { '" OMBE_BINARY "' \"$@\"; }; cd '" + folder.string() +
-                              "' && { " + line + "; } >'" + out.path() + "' 2>'" + out.path() +
-                              ".err'";
+  const std::string command = std::string("ombe() { '") + kProgram + "' \"$@\"; }; cd '" +
+                              folder.string() + "' && { " + line + "; } >'" + out.path() + "' 2>'" +
+                              out.path() + ".err'";
   const int status = std::system(command.c_str());
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(out.path()),
           contentOf(out.path() + ".err")};

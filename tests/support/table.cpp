@@ -13,7 +13,7 @@ namespace ombe_test {
 std::vector<std::vector<std::string>> readTable(const std::string& name) {
   constexpr std::string_view kLetters("nrt0\\"), kBytes("\n\r\t\0\\", 5);
   std::vector<std::vector<std::string>> rows;
-  std::ifstream file(std::string(OMBE_SOURCE_DIR "/tests/tables/") + name);
+  std::ifstream file(std::string(kTables) + "/" + name);
   for (std::string line; std::getline(file, line);) {
     if (line.empty() || line.front() == '#') continue;
     auto& cells = rows.emplace_back(1);
