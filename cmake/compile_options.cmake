@@ -46,9 +46,9 @@ elseif(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
 endif()
 # What the figures are asked of is counted; more would cost time. With -pthread threads count together
 # (ccache does not know -fprofile-update).
-add_library(counted INTERFACE)
+add_library(ombe_counted INTERFACE)
 if(OMBE_COVERAGE)
-  target_compile_options(counted INTERFACE --coverage -pthread)
+  target_compile_options(ombe_counted INTERFACE --coverage -pthread)
   target_link_options(ombe_options INTERFACE --coverage)
 endif()
 if(OMBE_BUILD_FUZZ)
