@@ -44,8 +44,8 @@ elseif(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
   target_compile_options(ombe_options INTERFACE
     -U_FORTIFY_SOURCE $<IF:$<BOOL:${OMBE_HAS_FORTIFY_3}>,-D_FORTIFY_SOURCE=3,-D_FORTIFY_SOURCE=2>)
 endif()
-# What the figures are asked of is counted; more would cost time. With -pthread threads count together
-# (ccache does not know -fprofile-update).
+# What the figures are asked of is counted; more would cost time. With -pthread threads count
+# together (ccache does not know -fprofile-update).
 add_library(ombe_counted INTERFACE)
 if(OMBE_COVERAGE)
   target_compile_options(ombe_counted INTERFACE --coverage -pthread)
