@@ -4,14 +4,17 @@
 
 namespace ombe_test {
 
+// Files. GStreamer's element is an empty name when it is not built.
 extern const char* const kProgram;  // `ombe`
 extern const char* const kCoreLibrary;
 extern const char* const kPlugin;  // MicroDVD's
 extern const char* const kMpl2Plugin;
 extern const char* const kThrowingPlugin;
-extern const char* const kElementPlugin;  // GStreamer's, empty when it is not built
+extern const char* const kElementPlugin;
 extern const char* const kElementRegistry;
-extern const char* const kConverterStubs;  // folders
+
+// Folders.
+extern const char* const kConverterStubs;
 extern const char* const kSamples;
 extern const char* const kTables;
 
